@@ -1,0 +1,82 @@
+// The command line buffer, and what follows a dispatch: status, log, "Not a Valid Command".
+#include "app/command_line.h"
+
+#include <algorithm>
+#include <array>
+
+#include "app/dispatcher.h"
+#include "macro/command_log.h"
+#include "state/session.h"
+
+namespace zolt {
+
+namespace {
+
+constexpr char prompt = '>';
+constexpr size_t buffer_size = 256;
+
+std::array<char, buffer_size> buffer = {prompt};
+size_t length = 1;
+bool too_long = false;  // characters were lost: half a line is never carried out
+
+}  // namespace
+
+const char* GetCommandText() { return buffer.data(); }
+
+void SetCommandText(std::string_view text) {
+    ResetCommandText();
+    length = std::min(text.size(), buffer_size - 1);
+    std::copy_n(text.begin(), length, buffer.begin());
+    too_long = length < text.size();
+}
+
+bool AppendCommandText(std::string_view text) {
+    if (text.size() > buffer_size - 1 - length) {
+        too_long = true;
+        return false;
+    }
+    std::copy(text.begin(), text.end(), buffer.begin() + static_cast<std::ptrdiff_t>(length));
+    length += text.size();
+    return true;
+}
+
+void ResetCommandText() {
+    buffer.fill('\0');
+    buffer[0] = prompt;
+    length = 1;
+    too_long = false;
+}
+
+std::string_view typed_text() { return length > 0 ? std::string_view(buffer.data() + 1, length - 1) : std::string_view(); }
+
+bool delete_last_character() {
+    if (length <= 1) return false;
+    while (length > 2 && (static_cast<unsigned char>(buffer[length - 1]) & 0xC0U) == 0x80U) buffer[--length] = '\0';
+    buffer[--length] = '\0';
+    return true;
+}
+
+int ExecuteCommandLine(int /*key*/, LineSource source) {
+    const std::string line(typed_text());
+    session.log_line.clear();
+    int result = 0;
+    if (too_long)
+        platform().message("ZOLT", Icon::exclamation, "The command line holds at most 254 characters. The line was longer and was not carried out.");
+    else
+        result = DispatchCommand();
+
+    if (result == 1) {
+        platform().status(0, session.status_text);
+        if (!session.no_log) append_to_command_log(session.log_line.empty() ? line : session.log_line);
+    } else if (result != 2) {
+        platform().beep();
+        platform().status(0, "Not a Valid Command");
+        if (length < 80) AppendCommandText(" ?");
+    }
+    ResetCommandText();
+    platform().redraw();
+    platform().line_done(line, result, source);
+    return result;
+}
+
+}  // namespace zolt

@@ -1,0 +1,56 @@
+// Matches the first word of a line with the tables and runs the row's handler.
+#include "app/dispatcher.h"
+
+#include <string>
+
+#include "app/command_line.h"
+#include "app/commands.h"
+#include "app/help.h"
+#include "app/main_loop.h"
+#include "common/text.h"
+#include "platform/platform.h"
+#include "state/dataset.h"
+#include "state/session.h"
+
+namespace zolt {
+
+namespace {
+
+int run_command(const Command& command, Arguments& args) {
+    if (command.handler == nullptr) {
+        platform().reply(format_text("  - %s is planned, but not there yet.", command.keyword));
+        return 0;
+    }
+    // A usage line is given without data, too.
+    if ((command.flags & needs_data) != 0 && !show.loaded && !args.ask_usage())
+        return refuse(format_text("%s needs a data set.\nOpen one with GA or import one with IM.", command.keyword));
+    const int result = command.handler(args);
+    if (result == 1 && (command.flags & redraws) != 0) platform().redraw();
+    return result;
+}
+
+// The line ^C acts exactly like the key Ctrl+C.
+int post_control_key(char letter) {
+    const int character = upper(letter) - 64;
+    platform().character_posted(character);
+    post_character(character, LineSource::user);
+    platform().redraw();
+    return 1;
+}
+
+}  // namespace
+
+int DispatchCommand() {
+    session.no_log = false;
+    const std::string line(typed_text());
+    Arguments args(line);
+    const std::string word = args.next();
+    if (word.empty()) return 0;
+    if (line[0] == '^' && line.size() > 1) return post_control_key(line[1]);
+    if (const Command* command = find_command(word)) return run_command(*command, args);
+    if (const Command* command = find_fallback(line)) return run_command(*command, args);
+    suggest_commands(word);
+    return 0;
+}
+
+}  // namespace zolt

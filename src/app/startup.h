@@ -1,0 +1,16 @@
+// Start and end of the program, the same for every front end.
+#pragma once
+
+#include <string>
+
+namespace zolt {
+
+/// Sets the root folder ("": found from the executable), reads the configuration ("": ZOLT.INI of the root) and clears
+/// away what killed processes left.
+void start_up(const std::string& root, const std::string& ini);
+/// Removes the scratch folder.
+void shut_down();
+
+const char* version_text();
+
+}  // namespace zolt

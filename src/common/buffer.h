@@ -1,0 +1,66 @@
+// Large aligned arrays whose allocation can fail without ending the program.
+#pragma once
+
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+#include <span>
+#include <type_traits>
+#include <utility>
+
+#include <sys/mman.h>
+
+namespace zolt {
+
+/// A move-only array of plain values, aligned to 64 bytes (2 MiB and on huge pages when it is large).
+template <class T>
+class Buffer {
+    static_assert(std::is_trivially_copyable_v<T>);
+
+public:
+    Buffer() = default;
+    ~Buffer() { std::free(data_); }
+    Buffer(Buffer&& other) noexcept : data_(std::exchange(other.data_, nullptr)), size_(std::exchange(other.size_, 0)) {}
+    Buffer& operator=(Buffer&& other) noexcept {
+        std::swap(data_, other.data_);
+        std::swap(size_, other.size_);
+        return *this;
+    }
+    Buffer(const Buffer&) = delete;
+    Buffer& operator=(const Buffer&) = delete;
+
+    /// Room for `count` values, not initialised; false, and the old content kept, when there is no memory.
+    [[nodiscard]] bool allocate(size_t count) {
+        if (count > static_cast<size_t>(-1) / 4 / sizeof(T)) return false;
+        const size_t alignment = count * sizeof(T) >= huge ? huge : 64;
+        const size_t bytes = (count * sizeof(T) + alignment - 1) / alignment * alignment;
+        void* fresh = bytes > 0 ? std::aligned_alloc(alignment, bytes) : nullptr;
+        if (bytes > 0 && fresh == nullptr) return false;
+        if (bytes >= huge) madvise(fresh, bytes, MADV_HUGEPAGE);
+        std::free(data_);
+        data_ = static_cast<T*>(fresh);
+        size_ = count;
+        return true;
+    }
+    [[nodiscard]] bool allocate_zeroed(size_t count) {
+        if (!allocate(count)) return false;
+        if (count > 0) std::memset(static_cast<void*>(data_), 0, count * sizeof(T));
+        return true;
+    }
+
+    T* data() { return data_; }
+    const T* data() const { return data_; }
+    size_t size() const { return size_; }
+    bool empty() const { return size_ == 0; }
+    T& operator[](size_t i) { return data_[i]; }
+    const T& operator[](size_t i) const { return data_[i]; }
+    std::span<T> span() { return {data_, size_}; }
+    std::span<const T> span() const { return {data_, size_}; }
+
+private:
+    static constexpr size_t huge = size_t{1} << 21;
+    T* data_ = nullptr;
+    size_t size_ = 0;
+};
+
+}  // namespace zolt

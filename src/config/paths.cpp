@@ -1,0 +1,123 @@
+// The root folder and its parts, and the locked scratch folder of the process.
+#include "config/paths.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <string_view>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "common/file.h"
+#include "common/text.h"
+#include "state/session.h"
+
+namespace zolt {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string root;
+
+// The scratch folder of this process: kept locked while it lives, so that others can tell it from a dead one's.
+struct Scratch {
+    std::string path;
+    int lock = -1;
+} scratch;
+
+constexpr std::string_view scratch_prefix = "zolt-scratch-";
+
+// The folder of the executable; its parent when that is a build folder, so that a development build finds the files of
+// the tree above it. The current folder when the system does not say.
+std::string root_of_executable() {
+    std::error_code error;
+    const fs::path program = fs::read_symlink("/proc/self/exe", error);
+    if (error) return absolute_path(".");
+    const fs::path folder = program.parent_path();
+    for (const char* build : {"DEBUG", "RELEASE", "SHARE_DEBUG", "SHARE_REL"})
+        if (same_word(folder.filename().string(), build)) return folder.parent_path().string();
+    return folder.string();
+}
+
+// Takes the lock of a folder without waiting; -1 when another process holds it.
+int lock_folder(const std::string& path) {
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor >= 0 && ::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+        ::close(descriptor);
+        return -1;
+    }
+    return descriptor;
+}
+
+// Removes the scratch folders whose process is gone: nobody holds their lock any more.
+void remove_dead_scratch_folders(const std::string& parent) {
+    std::error_code error;
+    for (fs::directory_iterator entry(parent, error), end; !error && entry != end; entry.increment(error)) {
+        if (!entry->path().filename().string().starts_with(scratch_prefix)) continue;
+        const int lock = lock_folder(entry->path().string());
+        if (lock < 0) continue;
+        std::error_code ignored;
+        fs::remove_all(entry->path(), ignored);
+        ::close(lock);
+    }
+}
+
+// Makes and locks a scratch folder. It gets its final name only once it is locked, so that no other process can take it
+// for a dead one's in between.
+bool make_scratch_folder(const std::string& parent) {
+    std::string name = parent + "/zolt-new-XXXXXX";
+    if (::mkdtemp(name.data()) == nullptr) return false;
+    const int lock = lock_folder(name);
+    const std::string path = format_text("%s/%s%d%s", parent.c_str(), std::string(scratch_prefix).c_str(), static_cast<int>(::getpid()),
+                                         name.substr(name.size() - 7).c_str());
+    if (lock < 0 || ::rename(name.c_str(), path.c_str()) != 0) {
+        if (lock >= 0) ::close(lock);
+        ::rmdir(name.c_str());
+        return false;
+    }
+    scratch = {path, lock};
+    return true;
+}
+
+}  // namespace
+
+void set_root_path(const std::string& path) { root = path.empty() ? root_of_executable() : absolute_path(path); }
+
+const std::string& root_path() { return root; }
+
+std::string data_path(bool make) {
+    const std::string path = settings.data_dir.empty() ? root + "/DATA" : absolute_path(settings.data_dir);
+    std::error_code ignored;
+    if (make) fs::create_directories(path, ignored);
+    return path;
+}
+
+std::string macro_path() { return settings.macro_dir.empty() ? root + "/MAC" : absolute_path(settings.macro_dir); }
+
+std::string ini_path() { return root + "/ZOLT.INI"; }
+
+const std::string& scratch_folder() {
+    if (!scratch.path.empty()) return scratch.path;
+    std::error_code error;
+    const fs::path temporary = fs::temp_directory_path(error);
+    for (const std::string& parent : {root, error ? std::string("/tmp") : temporary.string()}) {
+        remove_dead_scratch_folders(parent);
+        if (make_scratch_folder(parent)) break;
+    }
+    return scratch.path;
+}
+
+void remove_scratch_folder() {
+    if (scratch.path.empty()) return;
+    std::error_code ignored;
+    fs::remove_all(scratch.path, ignored);
+    ::close(scratch.lock);
+    scratch = {};
+}
+
+void remove_leftovers_of_dead_processes() { remove_dead_scratch_folders(root); }
+
+}  // namespace zolt

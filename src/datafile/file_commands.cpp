@@ -1,0 +1,75 @@
+// SA and header: what is asked before a file is written, and the configured header type.
+#include "datafile/file_commands.h"
+
+#include "common/file.h"
+#include "common/numbers.h"
+#include "common/text.h"
+#include "datafile/header.h"
+#include "datafile/native_file.h"
+#include "platform/platform.h"
+#include "state/dataset.h"
+#include "state/session.h"
+
+namespace zolt {
+
+namespace {
+
+bool more_than_one_slice() { return show.dims[1].points > 1 || show.dims[2].points > 1 || show.dims[3].points > 1; }
+
+bool agreed(const char* caption, const std::string& text) {
+    return platform().question(caption, text, Buttons::yes_no) == Answer::yes;
+}
+
+// What the user has to agree to before this name is written to; true when it may be.
+bool may_save_as(const std::string& path) {
+    if (path == show.file_a && more_than_one_slice()) {
+        refuse("The displayed slice would replace the whole file\n" + path + "\nGive another name.");
+        return false;
+    }
+    if (playing_back()) return true;
+    if (path == show.file_a)
+        return agreed("Save File A",
+                      "Slected name has the same name as File A.\nProceeding saves the entire 2D data set\nAre you REALLY sure?\n\n");
+    return !file_facts(path).exists || settings.no_file_overwrite ||
+           agreed("Replace?", "Target file name already exists: " + path + "\nOverwrite?");
+}
+
+}  // namespace
+
+int cmd_savefile(Arguments& args) {
+    if (args.ask_usage()) return show_reply("SA or SaveFile [name]");
+    std::string name = args.next();
+    if (name.empty()) name = platform().file_dialog(FileChoice::save, "Save File A").value_or("");
+    if (name.empty()) return 0;
+    const std::string path = absolute_path(typed_path(name));
+    if (CurrentArrayedLevel() != 0)
+        return refuse(format_text("Saving a file in Arrayed mode level %d is not supported", CurrentArrayedLevel()));
+    const bool slice_only = more_than_one_slice();
+    if (slice_only)
+        platform().message("Save File A", Icon::exclamation,
+                           "2D file in Non Arrayed Mode  ! !\n\nThe displayed file slice\nwill be saved as a 1D file\nusing a new name.\n");
+    if (!may_save_as(path) || !FileWrite(path, show)) return 0;
+    show.changed = false;
+    if (!slice_only) show.file_a = path;
+    return 1;
+}
+
+int cmd_header(Arguments& args) {
+    const std::string word = args.next();
+    if (word.empty() || word == "?" || word == "/?")
+        return show_reply(format_text(" - Current header version is %d", session.header_type));
+    if (same_word(word, "length")) {
+        const size_t bytes = session.header_type == 1 ? short_header_bytes : full_header_bytes;
+        return show_reply(format_text(" - Header length is %d", static_cast<int>(bytes)));
+    }
+    const int64_t type = integer_or_zero(word);
+    if (type < 1 || type > 3) {
+        session.header_type = 3;
+        return show_reply(format_text(" - Error setting Header Version.  Set to default of %d", session.header_type));
+    }
+    session.header_type = static_cast<int>(type);
+    platform().reply(format_text("  - Header Version set to %d", session.header_type));
+    return 1;
+}
+
+}  // namespace zolt

@@ -1,0 +1,160 @@
+// Reads and writes native files: header, slices, tailer, and their messages.
+#include "datafile/native_file.h"
+
+#include <algorithm>
+#include <array>
+
+#include "common/text.h"
+#include "datafile/header.h"
+#include "datafile/tailer.h"
+#include "platform/platform.h"
+#include "state/session.h"
+
+namespace zolt {
+
+namespace {
+
+constexpr uint64_t largest_tailer = 16 << 20;
+
+const char* const wrong_marker =
+    "Wrong key word found for file!\nIt is not a PC based CDFF file.\nTry a File / Import / Auto Detect\non this file.";
+
+// Until files of type 3 are written, the full header of type 2 stands in for them.
+int written_type() { return session.header_type == 1 ? 1 : 2; }
+
+bool fail(const std::string& text) {
+    refuse(text);
+    return false;
+}
+
+std::string missing_file_text(const std::string& path) {
+    return format_text("File [ %s ] not found.\nIn Module FILE function FileRead\nSpelled correctly?\nPath correct?\nDoes the file exist?",
+                       path.c_str());
+}
+
+// Header of an open file into a fresh record; reports what is wrong.
+bool read_header(File& file, const std::string& path, uint64_t size, NativeLayout& layout, DataSet& data) {
+    std::array<unsigned char, full_header_bytes> bytes{};
+    const size_t start = static_cast<size_t>(std::min<uint64_t>(size, 20));
+    if (!file.read(bytes.data(), start) || !decode_header_start({bytes.data(), start}, layout)) {
+        platform().beep();
+        return fail(wrong_marker);
+    }
+    const size_t whole = layout.type == 2 ? full_header_bytes : short_header_bytes;
+    if (size < whole || !file.seek(0) || !file.read(bytes.data(), whole))
+        return fail(format_text("File %s cannot be read: it ends inside its header.", path.c_str()));
+    const std::string wrong = decode_header({bytes.data(), whole}, size, layout, data);
+    if (!wrong.empty()) return fail(format_text("File %s cannot be read: %s.", path.c_str(), wrong.c_str()));
+    if (layout.data_type != 0) return fail(format_text("File %s holds integers, which are not read directly. Use IM.", path.c_str()));
+    return true;
+}
+
+// One slice into the only vector of the record.
+bool read_data_from_file(File& file, const std::string& path, const NativeLayout& layout, uint64_t slice, DataSet& data) {
+    if (CurrentArrayedLevel() != 0) return fail(format_text("Try to read a file in Arrayed Mode level = %d  ???", CurrentArrayedLevel()));
+    if (!data.store.allocate(1, static_cast<size_t>(data.pts1d())))
+        return fail("Memory allocation failure for read_data_from_file in File.cp");
+    if (read_native_slice(file, layout, slice, data.store.all())) return true;
+    return fail(format_text("File %s cannot be read: its data end too early.", path.c_str()));
+}
+
+void read_tailer_of(File& file, uint64_t size, const NativeLayout& layout, DataSet& data) {
+    // Behind the planes of 3D and 4D files nothing follows the data.
+    const uint64_t start = layout.slice_offset(layout.slices);
+    if (data.dims[2].points > 1 || data.dims[3].points > 1 || start >= size) return;
+    std::string text(static_cast<size_t>(std::min(size - start, largest_tailer)), '\0');
+    if (file.seek(start) && file.read(text.data(), text.size())) read_tailer(text, data);
+}
+
+bool write_failed(const std::string& path, const ReplacedFile& file) {
+    return fail(format_text("Unable to open file\n%s\nfor writing!\n Error Code %ld", path.c_str(), static_cast<long>(file.error())));
+}
+
+}  // namespace
+
+FileClass classify_file(const std::string& path) {
+    if (!file_facts(path).exists) return FileClass::missing;
+    File file = open_for_reading(path);
+    std::array<unsigned char, 20> start{};
+    NativeLayout layout;
+    if (!file.read(start.data(), 16)) return FileClass::foreign;
+    if (!decode_header_start(start, layout)) return FileClass::foreign;
+    if (layout.order == ByteOrder::big) return FileClass::swapped_native;
+    return layout.data_type != 0 ? FileClass::integer_native : FileClass::native;
+}
+
+bool FileRead(const std::string& path, DataSet& into) {
+    const FileFacts facts = file_facts(path);
+    if (!facts.exists) return fail(missing_file_text(path));
+    File file = open_for_reading(path);
+    if (!file) return fail(format_text("File %s cannot be opened for reading: it is no ordinary file, or you may not read it.", path.c_str()));
+
+    DataSet fresh;
+    NativeLayout layout;
+    if (!read_header(file, path, facts.size, layout, fresh)) return false;
+    if (!read_data_from_file(file, path, layout, 0, fresh)) return false;
+    fresh.file_a = absolute_path(path);
+    fresh.path = folder_of(fresh.file_a);
+    read_tailer_of(file, facts.size, layout, fresh);
+    fresh.loaded = true;
+    into = std::move(fresh);
+    return true;
+}
+
+bool write_native_header(File& file, const DataSet& data) {
+    const auto header = encode_header(data, written_type(), false);
+    return file.write(header.data(), header.size());
+}
+
+bool write_native_slice(File& file, std::span<const Complex> slice) {
+    if (written_type() == 1) {
+        std::array<unsigned char, 4> prefix{};
+        store_word(prefix.data(), static_cast<uint32_t>(2 * slice.size()), ByteOrder::little);
+        if (!file.write(prefix.data(), prefix.size())) return false;
+    }
+    if constexpr (machine_order == ByteOrder::little) return file.write(slice.data(), slice.size_bytes());
+    std::vector<Complex> swapped(slice.begin(), slice.end());
+    to_machine_order(swapped.data(), 2 * swapped.size(), ByteOrder::little);
+    return file.write(swapped.data(), slice.size_bytes());
+}
+
+bool write_native_tailer(File& file, const DataSet& data) {
+    if (data.dims[2].points > 1 || data.dims[3].points > 1) return true;
+    return file.write(tailer_text(data));
+}
+
+bool write_native_file(File& file, const DataSet& data, NativeLayout& layout) {
+    layout = {};
+    layout.type = written_type();
+    layout.header_bytes = layout.type == 1 ? short_header_bytes : full_header_bytes;
+    layout.slices = data.store.count();
+    layout.slice_bytes = data.store.points() * sizeof(Complex) + layout.prefix_bytes();
+    bool good = write_native_header(file, data);
+    for (size_t i = 0; good && i < data.store.count(); ++i) good = write_native_slice(file, data.store.vector(i));
+    return good && write_native_tailer(file, data);
+}
+
+bool read_native_slice(File& file, const NativeLayout& layout, uint64_t index, std::span<Complex> points) {
+    if (!file.seek(layout.slice_offset(index) + layout.prefix_bytes()) || !file.read(points.data(), points.size_bytes())) return false;
+    to_machine_order(points.data(), 2 * points.size(), layout.order);
+    return true;
+}
+
+bool overwrite_refused(const std::string& path) {
+    if (!settings.no_file_overwrite || !file_facts(path).exists) return false;
+    refuse("System configured to prevent Overwriting of existing files.");
+    return true;
+}
+
+bool FileWrite(const std::string& path, const DataSet& data) {
+    if (overwrite_refused(path)) return false;
+    ReplacedFile file;
+    if (!file.open(path)) return write_failed(path, file);
+    const auto header = encode_header(data, written_type(), true);
+    if (!file.write(header.data(), header.size())) return fail("Could not write header in FileWrite.");
+    if (!write_native_slice(file, data.cvNMRdata()) || !file.write(tailer_text(data)) || !file.commit())
+        return fail(format_text("Failed trying to save file\n%s\nDisk Full ???", path.c_str()));
+    return true;
+}
+
+}  // namespace zolt

@@ -1,0 +1,40 @@
+// The native data file: classification, reading into a data set and writing of types 1 and 2.
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "common/file.h"
+#include "datafile/header.h"
+#include "state/dataset.h"
+
+namespace zolt {
+
+/// What the first words of a file say it is.
+enum class FileClass { missing, native, integer_native, swapped_native, foreign };
+
+FileClass classify_file(const std::string& path);
+
+/// Reads a native file into a fresh record: header, first slice, tailer. `into` is changed only on success; the caller
+/// commits it to `show`. Failures are reported in a message box. file_a of `into` becomes the absolute path.
+bool FileRead(const std::string& path, DataSet& into);
+
+/// Stores the current slice of the data set as a one-dimensional file of the configured type.
+bool FileWrite(const std::string& path, const DataSet& data);
+
+/// The pieces of a whole native file, for writers that produce one slice after another: header (the data set's counts),
+/// every slice in order, tailer. Each returns false when the disk does not take it.
+bool write_native_header(File& file, const DataSet& data);
+bool write_native_slice(File& file, std::span<const Complex> slice);
+bool write_native_tailer(File& file, const DataSet& data);
+
+/// All of it from memory: header, every vector of the store, tailer. `layout` tells where the slices stand.
+bool write_native_file(File& file, const DataSet& data, NativeLayout& layout);
+
+/// Reads slice `index` (from 0) into `points`, which has the layout's size.
+bool read_native_slice(File& file, const NativeLayout& layout, uint64_t index, std::span<Complex> points);
+
+/// True, after its message, when the configuration forbids to write over this existing file.
+bool overwrite_refused(const std::string& path);
+
+}  // namespace zolt

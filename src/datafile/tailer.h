@@ -1,0 +1,17 @@
+// The tailer: text sections behind the last slice of native files of types 1 and 2.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "state/dataset.h"
+
+namespace zolt {
+
+/// Takes the sections of a tailer into the data set. Unknown sections, unknown keys and blank lines are skipped.
+void read_tailer(std::string_view text, DataSet& data);
+
+/// The whole tailer of the data set, ending with END_TAILER.
+std::string tailer_text(const DataSet& data);
+
+}  // namespace zolt

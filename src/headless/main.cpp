@@ -1,0 +1,126 @@
+// zolt-cli: drives the core by its options, in their order.
+#include <cstdio>
+#include <iostream>
+#include <string>
+
+#include "app/main_loop.h"
+#include "app/startup.h"
+#include "common/bytes.h"
+#include "common/file.h"
+#include "headless/events.h"
+#include "headless/options.h"
+#include "headless/platform_headless.h"
+#include "state/dataset.h"
+
+namespace zolt {
+
+namespace {
+
+void type_text(std::string_view text) {
+    for (const char c : text) post_character(static_cast<unsigned char>(c), LineSource::user);
+}
+
+void carry_out_line(std::string_view line) {
+    type_text(line);
+    post_character(13, LineSource::user);
+    run_main_loop();
+}
+
+// \r \e \b \\ ^X ^^ stand for keys; anything else for itself.
+void send_keys(std::string_view text) {
+    for (size_t i = 0; i < text.size(); ++i) {
+        int key = static_cast<unsigned char>(text[i]);
+        if (key == '\\' && i + 1 < text.size()) {
+            const char code = text[++i];
+            key = code == 'r' ? 13 : code == 'e' ? 27 : code == 'b' ? 8 : static_cast<unsigned char>(code);
+        } else if (key == '^' && i + 1 < text.size()) {
+            const char letter = text[++i];
+            key = letter == '^' ? '^' : letter & 0x1F;
+        }
+        post_character(key, LineSource::user);
+    }
+    run_main_loop();
+}
+
+// Every vector in memory, real and imaginary parts as little-endian floats, no header.
+bool write_data(const std::string& path) {
+    const auto points = show.store.all();
+    ReplacedFile file;
+    bool good = file.open(path);
+    if constexpr (machine_order == ByteOrder::little) {
+        good = good && file.write(points.data(), points.size_bytes());
+    } else {
+        for (size_t i = 0; good && i < points.size(); ++i) {
+            Complex point = points[i];
+            to_machine_order(&point, 2, ByteOrder::little);
+            good = file.write(&point, sizeof point);
+        }
+    }
+    good = good && file.commit();
+    if (!good) std::fprintf(stderr, "zolt-cli: cannot write %s\n", path.c_str());
+    return good;
+}
+
+class Driver {
+public:
+    explicit Driver(const Options& options) : options_(options) {}
+
+    int run() {
+        set_platform(&platform_);
+        set_json_output(options_.json);
+        start_up(options_.root, options_.ini);
+        for (const Action& action : options_.actions) {
+            carry_out(action);
+            if (stop()) break;
+        }
+        shut_down();
+        return platform_.all_lines_worked && !data_failed_ ? 0 : 1;
+    }
+
+private:
+    bool stop() const { return platform_.closing || (!platform_.all_lines_worked && !options_.keep_going); }
+
+    void carry_out(const Action& action) {
+        switch (action.kind) {
+            case Action::Kind::command: carry_out_line(action.text); break;
+            case Action::Kind::keys: send_keys(action.text); break;
+            case Action::Kind::lines_of_stdin:
+                for (std::string line; !stop() && std::getline(std::cin, line);) {
+                    if (line.ends_with('\r')) line.pop_back();
+                    carry_out_line(line);
+                }
+                break;
+            case Action::Kind::answer: platform_.answers.push_back(action.text); break;
+            case Action::Kind::default_yes: platform_.default_answer = Answer::yes; break;
+            case Action::Kind::default_no: platform_.default_answer = Answer::no; break;
+            case Action::Kind::state: print_state(); break;
+            case Action::Kind::data: data_failed_ |= !write_data(action.text); break;
+        }
+    }
+
+    const Options& options_;
+    HeadlessPlatform platform_;
+    bool data_failed_ = false;
+};
+
+}  // namespace
+
+}  // namespace zolt
+
+int main(int count, char** arguments) {
+    zolt::Options options;
+    std::string error;
+    if (!zolt::read_options(count, arguments, options, error)) {
+        std::fprintf(stderr, "%s\n", error.c_str());
+        return 2;
+    }
+    if (options.version) {
+        std::printf("zolt-cli %s\n", zolt::version_text());
+        return 0;
+    }
+    if (options.help || options.actions.empty()) {
+        std::fputs(zolt::help_text(), stdout);
+        return 0;
+    }
+    return zolt::Driver(options).run();
+}

@@ -1,0 +1,85 @@
+// The rows of the options and the help text.
+#include "headless/options.h"
+
+#include <string_view>
+
+namespace zolt {
+
+namespace {
+
+// One row an option: its names, whether a value follows, and what it does with it.
+struct Option {
+    std::string_view brief, name;
+    bool takes_value;
+    void (*apply)(Options& options, std::string value);
+};
+
+template <Action::Kind kind>
+void add(Options& options, std::string value) {
+    options.actions.push_back({kind, std::move(value)});
+}
+
+const Option table[] = {
+    {"-c", "--command", true, add<Action::Kind::command>},
+    {"-k", "--keys", true, add<Action::Kind::keys>},
+    {"-s", "--stdin", false, add<Action::Kind::lines_of_stdin>},
+    {"", "--answer", true, add<Action::Kind::answer>},
+    {"", "--yes", false, add<Action::Kind::default_yes>},
+    {"", "--no", false, add<Action::Kind::default_no>},
+    {"", "--state", false, add<Action::Kind::state>},
+    {"", "--data", true, add<Action::Kind::data>},
+    {"", "--json", false, [](Options& o, std::string) { o.json = true; }},
+    {"", "--keep-going", false, [](Options& o, std::string) { o.keep_going = true; }},
+    {"", "--root", true, [](Options& o, std::string value) { o.root = std::move(value); }},
+    {"", "--ini", true, [](Options& o, std::string value) { o.ini = std::move(value); }},
+    {"", "--version", false, [](Options& o, std::string) { o.version = true; }},
+    {"-h", "--help", false, [](Options& o, std::string) { o.help = true; }},
+};
+
+}  // namespace
+
+bool read_options(int count, char** arguments, Options& options, std::string& error) {
+    for (int i = 1; i < count; ++i) {
+        const std::string_view word = arguments[i];
+        const Option* option = nullptr;
+        for (const Option& row : table)
+            if (!word.empty() && (word == row.brief || word == row.name)) option = &row;
+        if (option == nullptr) {
+            error = "zolt-cli: unknown option " + std::string(word) + " (zolt-cli --help lists them)";
+            return false;
+        }
+        if (option->takes_value && i + 1 >= count) {
+            error = "zolt-cli: option " + std::string(word) + " needs a value";
+            return false;
+        }
+        option->apply(options, option->takes_value ? arguments[++i] : "");
+    }
+    return true;
+}
+
+const char* help_text() {
+    return R"(zolt-cli: processes NMR data by typed commands, without a window.
+
+  zolt-cli -c "IM examples/strychnine_1h/10" -c EM -c FT -c PC -c "metafile spectrum.svg"
+
+Options act in the order given; --root, --ini, --json and --keep-going are taken first, wherever they stand.
+
+  -c, --command LINE  carries out a command line
+  -k, --keys TEXT     sends keystrokes: \r Enter, \e Escape, \b backspace, \\ backslash, ^X Ctrl+X, ^^ a caret
+  -s, --stdin         carries out the lines of standard input
+  --answer TEXT       answers the next question (yes, no, cancel), file dialog (a path) or input box (a text)
+  --yes, --no         answers further questions (--no at the start); dialogs without an answer are cancelled
+  --state             prints the state of the data set
+  --data FILE         writes the vectors in memory as pairs of little-endian 32-bit floats
+  --json              prints events as JSON lines
+  --keep-going        goes on after a line that failed
+  --ini FILE          reads FILE instead of ZOLT.INI
+  --root DIR          uses DIR as the root folder
+  --version, --help
+
+Exit status: 0 all lines worked, 1 one did not, 2 a wrong option.
+The command Help lists the commands: zolt-cli -c Help
+)";
+}
+
+}  // namespace zolt

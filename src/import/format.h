@@ -1,0 +1,88 @@
+// What the import layer shares: the rows of the format table, a file whose format is looked for, a translation under way.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "common/file.h"
+#include "state/dataset.h"
+
+namespace zolt {
+
+/// A file whose format is looked for. Names compare without regard to case.
+struct Candidate {
+    explicit Candidate(const std::string& absolute_path);
+
+    std::string path, folder, name;
+    std::string extension;  ///< without its dot
+    File input;             ///< open from the tests of content on
+
+    bool named(std::string_view word) const;
+    /// A file of this name stands in the same folder.
+    bool beside(std::string_view companion) const;
+};
+
+struct ImportOptions {
+    bool swap_parts = false;  ///< the value read second is the real part
+};
+
+/// How the words of raw data stand in their file: signed 32-bit integers, or 64-bit floats.
+struct RawWords {
+    bool big_endian = false;
+    bool from_24_bits = false;  ///< bytes reversed, value in the low 24 bits
+    bool doubles = false;
+
+    size_t bytes() const { return doubles ? 8 : 4; }
+};
+
+struct Format;
+
+/// A translation under way: what the stages of a translator share. A stage returns false after setting `message`.
+struct Translation {
+    const Format& format;
+    std::string path;  ///< the data file, absolute
+    File& input;
+    uint64_t input_bytes;
+    DataSet& parameters;  ///< counts of 1 in every dimension at first; its vectors stay empty
+    File& real;           ///< temporary files 1 and 2: 32-bit floats in the machine's order, slice after slice
+    File& imaginary;
+    RawWords raw = {};  ///< set by the parameter stage for the data stage
+    std::string message = {};
+
+    bool fail(std::string text) {
+        message = std::move(text);
+        return false;
+    }
+};
+
+/// One row of the table of formats. A translator is its stages; nullptr where a format has no test of its own or is
+/// recognised only.
+struct Format {
+    int number;
+    const char* key;     ///< typed with the import command, "" for none
+    const char* name;    ///< display name; "unknown" for numbers without one
+    const char* phrase;  ///< of the announcement; nullptr: made from the name
+    int sense;           ///< of FIDs: -1 where a line above the carrier turns as e^(+iwt)
+    bool (*test)(Candidate& file) = nullptr;
+    bool (*parameters)(Translation& t) = nullptr;
+    bool (*data)(Translation& t) = nullptr;
+};
+
+/// Every format, numbers 1 to 83 in order.
+std::span<const Format> formats();
+
+/// The row of a number; nullptr outside the table.
+const Format* format_of_number(int number);
+/// The row of a key, ignoring case; nullptr for an unknown or empty key.
+const Format* format_of_key(std::string_view key);
+
+/// "of <name> data type.", or the row's own phrase.
+std::string description(const Format& format);
+
+/// What the user reads about data that are recognised but have no translator yet.
+std::string not_importable(const Format& format);
+
+}  // namespace zolt

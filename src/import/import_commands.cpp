@@ -1,0 +1,265 @@
+// IM and GA: from a typed name to File A. The data set is replaced only when everything has worked.
+#include "import/import_commands.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "common/file.h"
+#include "common/text.h"
+#include "config/paths.h"
+#include "datafile/native_file.h"
+#include "import/tranauto.h"
+#include "platform/platform.h"
+#include "state/dataset.h"
+#include "state/session.h"
+
+namespace zolt {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::string_view import_separators = " ,\t\r\n";
+constexpr uint64_t smallest_native_start = 16;
+
+struct ImportRequest {
+    std::string file;    ///< as typed
+    std::string key;     ///< format key, "" for detection
+    std::string output;  ///< as typed behind SPECIAL_NAME, "" for the usual name
+    ImportOptions options;
+};
+
+// file and -KEY come in either order; the key's dash may be left out behind the file.
+ImportRequest read_request(Arguments& args) {
+    ImportRequest request;
+    for (std::string token = args.next(import_separators); !token.empty(); token = args.next(import_separators)) {
+        if (same_word(token, "SR0") || same_word(token, "SR1"))
+            request.options.swap_parts = token.back() == '1';
+        else if (same_word(token, "SPECIAL_NAME"))
+            request.output = typed_path(args.next(import_separators));
+        else if (token.starts_with('-'))
+            request.key = token.substr(1);
+        else if (request.file.empty())
+            request.file = typed_path(token);
+        else
+            request.key = token;
+    }
+    return request;
+}
+
+bool agreed(const char* caption, const char* text) {
+    return playing_back() || platform().question(caption, text, Buttons::yes_no) == Answer::yes;
+}
+
+// ------------------------------------------------------------------------------------------------- the data of a folder
+
+// The raw data file that stands for an experiment folder; "" when the folder is none.
+std::string raw_data_of(const std::string& folder) {
+    for (const char* name : {"fid", "ser"}) {
+        const std::string found = find_companion(folder, name);
+        if (!found.empty()) return found;
+    }
+    return {};
+}
+
+bool all_digits(const std::string& text) {
+    return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+// Numbered experiments of a sample's folder, as sorted names.
+std::vector<std::string> experiments_of(const std::string& folder) {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+        const std::string name = entry->path().filename().string();
+        if (all_digits(name) && !raw_data_of(entry->path().string()).empty()) names.push_back(name);
+    }
+    std::sort(names.begin(), names.end(),
+              [](const std::string& a, const std::string& b) { return a.size() != b.size() ? a.size() < b.size() : a < b; });
+    return names;
+}
+
+// The data file that a path means: itself, or the one data file of an experiment's or a sample's folder. "" with the
+// reason.
+std::string data_file_of(const std::string& path, std::string& reason) {
+    const FileFacts facts = file_facts(path);
+    if (facts.regular && facts.size > 0) return path;
+    if (facts.regular) {
+        reason = format_text("File %s is empty.", path.c_str());
+    } else if (!facts.folder) {
+        reason = format_text("%s is no ordinary file: there are no data to read.", path.c_str());
+    }
+    if (!reason.empty()) return {};
+
+    const std::string own = raw_data_of(path);
+    if (!own.empty()) return data_file_of(own, reason);
+    const auto names = experiments_of(path);
+    if (names.size() == 1) return data_file_of(raw_data_of(path + "/" + names[0]), reason);
+    if (names.empty()) {
+        reason = format_text("Folder %s holds no data file (fid or ser) and no numbered experiment that does.", path.c_str());
+        return {};
+    }
+    constexpr size_t most_named = 10;
+    std::string list;
+    for (size_t i = 0; i < std::min(names.size(), most_named); ++i) list += (i > 0 ? ", " : "") + names[i];
+    reason = format_text("Folder %s holds several experiments (%s%s). Name one of them.", path.c_str(), list.c_str(),
+                         names.size() > most_named ? ", ..." : "");
+    return {};
+}
+
+// ------------------------------------------------------------------------------------------------------ the output's name
+
+std::string without_extension(const std::string& name) {
+    const size_t dot = name.find_last_of('.');
+    return dot == std::string::npos || dot == 0 ? name : name.substr(0, dot);
+}
+
+// Names that every experiment's data have.
+bool says_nothing(const std::string& name) {
+    static constexpr const char* names[] = {"fid", "ser", "1r", "1i", "2rr", "2ri", "2ir", "2ii", "3rrr", "phasefile", "d", "data"};
+    return std::any_of(std::begin(names), std::end(names), [&](const char* one) { return same_word(name, one); });
+}
+
+// strychnine_1h_10 for .../strychnine_1h/10/fid; the experiment folder's own name where it is no number.
+std::string name_after_folders(std::string folder) {
+    if (same_word(name_of(folder_of(folder)), "pdata")) folder = folder_of(folder);
+    if (same_word(name_of(folder), "pdata")) folder = folder_of(folder);
+    const std::string experiment = name_of(folder);
+    const std::string sample = name_of(folder_of(folder));
+    if (all_digits(experiment)) return sample.empty() ? experiment : sample + "_" + experiment;
+    if (experiment.empty()) return "import";
+    const bool fid_folder = experiment.size() > 4 && same_word(std::string_view(experiment).substr(experiment.size() - 4), ".fid");
+    return fid_folder ? without_extension(experiment) : experiment;
+}
+
+std::string output_path(const ImportRequest& request, const std::string& input) {
+    if (request.output.find('/') != std::string::npos) return absolute_path(request.output);
+    const std::string folder = settings.import_out_dir.empty() ? data_path(true) : absolute_path(settings.import_out_dir);
+    if (!request.output.empty()) return folder + "/" + request.output;
+    const std::string base = without_extension(name_of(input));
+    return folder + "/" + (says_nothing(base) ? name_after_folders(folder_of(input)) : base) + ".zolt";
+}
+
+// ------------------------------------------------------------------------------------------------------------ the import
+
+void commit(DataSet&& fresh) {
+    fresh.file_b = show.file_b;
+    fresh.loaded = true;
+    fresh.changed = false;
+    show = std::move(fresh);
+}
+
+// What the translator read and the native file's type has no place for, or cuts.
+void keep_beside_file(const DataSet& parameters, DataSet& fresh) {
+    static constexpr std::string DataSet::*texts[] = {
+        &DataSet::user,    &DataSet::date,  &DataSet::comment, &DataSet::experiment,   &DataSet::owner,
+        &DataSet::solvent, &DataSet::title, &DataSet::source,  &DataSet::process_type, &DataSet::path};
+    for (const auto text : texts) fresh.*text = parameters.*text;
+    static constexpr double DataSet::*values[] = {&DataSet::d1, &DataSet::p1, &DataSet::o1, &DataSet::o2};
+    for (const auto value : values) fresh.*value = parameters.*value;
+    fresh.scans = parameters.scans;
+    fresh.phase = parameters.phase;
+    for (size_t d = 0; d < fresh.dims.size(); ++d) fresh.dims[d].nucleus = parameters.dims[d].nucleus;
+}
+
+void set_default_phases(DataSet& data) {
+    data.phase = {static_cast<float>(settings.default_pa), static_cast<float>(settings.default_pb),
+                  static_cast<float>(settings.default_pc)};
+}
+
+int read_native(const std::string& path) {
+    DataSet fresh;
+    if (!FileRead(path, fresh)) return 0;
+    set_default_phases(fresh);
+    commit(std::move(fresh));
+    return 1;
+}
+
+// Translates `input` with the request's key and makes the output File A.
+int translate(const std::string& input, const ImportRequest& request) {
+    DataSet parameters, fresh;
+    std::string message;
+    const std::string output = output_path(request, input);
+    if (!TRANAUTO(input, output, request.key, request.options, parameters, message)) {
+        if (!message.empty()) refuse(message);
+        return refuse("Failed to import\n");
+    }
+    if (!FileRead(output, fresh)) return refuse("Failure to read imported file back from disk.");
+    keep_beside_file(parameters, fresh);
+    commit(std::move(fresh));
+    return 1;
+}
+
+int import_file(const std::string& path, ImportRequest request) {
+    if (!file_facts(path).exists) return refuse(format_text("Could not find file - %s", path.c_str()));
+    std::string reason;
+    const std::string input = data_file_of(path, reason);
+    if (input.empty()) return refuse(reason);
+    if (!open_for_reading(input)) return refuse(format_text("File %s cannot be opened for reading.", input.c_str()));
+    switch (classify_file(input)) {
+        case FileClass::native:
+            return read_native(input) != 0 ? 1 : refuse(format_text("Could not read file %s!", input.c_str()));
+        case FileClass::integer_native:
+            request.key = "CDFFINT";
+            break;
+        case FileClass::swapped_native:
+            request.key = "CDFFUNIX";
+            break;
+        case FileClass::missing:
+        case FileClass::foreign:
+            break;
+    }
+    return translate(input, request);
+}
+
+}  // namespace
+
+int cmd_import(Arguments& args) {
+    if (args.ask_usage(import_separators)) return show_reply("IM or Import [file] [-KEY] [SR0 / SR1] [SPECIAL_NAME name]");
+    const ImportRequest request = read_request(args);
+    if (show.loaded && show.changed &&
+        !agreed("Replace File A", "File A is opened and has been modified.\nOverwrite with imported file?"))
+        return 0;
+    const std::string file =
+        request.file.empty() ? platform().file_dialog(FileChoice::open, "Open Import File").value_or("") : request.file;
+    if (file.empty()) return 0;
+    return import_file(absolute_path(file), request);
+}
+
+int cmd_getfile(Arguments& args) {
+    if (args.ask_usage()) return show_reply("GA or GetFile or OpenFile [file]");
+    std::string file = typed_path(args.next());
+    if (file.empty()) file = platform().file_dialog(FileChoice::open, "Open File A").value_or("");
+    if (file.empty()) return 0;
+    const std::string path = absolute_path(file);
+    const FileFacts facts = file_facts(path);
+    if (!facts.exists)
+        return refuse(
+            format_text("File [ %s ] not found.\nIn module FILE function IsFileCDFF\nSpelled correctly?\nPath correct?\n"
+                        "Does the file exist?",
+                        path.c_str()));
+    std::string reason;
+    if (data_file_of(path, reason).empty()) return refuse(reason);
+    if (facts.regular && facts.size < smallest_native_start)
+        return refuse(format_text("File %s is no data file: it holds only %d bytes.", path.c_str(), static_cast<int>(facts.size)));
+    if (show.loaded && show.changed &&
+        !agreed("GetFile",
+                "The current opened data set has been modified\nand NOT saved to disk.\n\n"
+                "YES will Overwrite the current working data set in memory\n"))
+        return 0;
+
+    const FileClass file_class = facts.folder ? FileClass::foreign : classify_file(path);
+    if (file_class == FileClass::native || file_class == FileClass::swapped_native) return read_native(path);
+    if (file_class == FileClass::foreign) {
+        const std::string text =
+            format_text("Selected file: %s,\nis not a CDFF file.  \nWant to try an Auto Detect Import?", path.c_str());
+        if (platform().question("Import ?", text, Buttons::yes_no) != Answer::yes) return 0;
+    }
+    return import_file(path, {});
+}
+
+}  // namespace zolt

@@ -1,0 +1,13 @@
+// Handlers that bring files into the program.
+#pragma once
+
+#include "common/arguments.h"
+
+namespace zolt {
+
+/// IM [file] [-KEY] [SR0 | SR1] [SPECIAL_NAME name]: translates a foreign file and makes the result File A.
+int cmd_import(Arguments& args);
+/// GA [file]: makes a native file File A; a foreign one is offered to the import.
+int cmd_getfile(Arguments& args);
+
+}  // namespace zolt

@@ -1,0 +1,76 @@
+// Merging of real and imaginary parts, several rows at a time.
+#include "import/merge.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <unistd.h>
+
+#include "common/buffer.h"
+#include "common/text.h"
+#include "config/paths.h"
+#include "datafile/native_file.h"
+#include "platform/platform.h"
+
+namespace zolt {
+
+namespace {
+constexpr uint64_t points_at_a_time = uint64_t{1} << 18;
+}
+
+TemporaryFiles::~TemporaryFiles() {
+    for (size_t i = 0; i < files_.size(); ++i) {
+        files_[i].close();
+        if (!paths_[i].empty()) ::unlink(paths_[i].c_str());
+    }
+}
+
+bool TemporaryFiles::open(std::string& message) {
+    for (size_t i = 0; i < files_.size(); ++i) {
+        const std::string path = format_text("%s/CDFF%zu.TMP", scratch_folder().c_str(), i + 1);
+        if (!scratch_folder().empty()) files_[i] = File(path, "w+b");
+        if (!files_[i]) {
+            message = format_text("Can't open temporary file %zu.  ZOLT home directory disk full???\n", i + 1);
+            return false;
+        }
+        paths_[i] = path;
+    }
+    return true;
+}
+
+bool merge_parts(File& real, File& imaginary, const DataSet& parameters, bool swap, File& output, std::string& message) {
+    const auto fail = [&](std::string text) {
+        message = std::move(text);
+        return false;
+    };
+    const auto points = static_cast<uint64_t>(parameters.dims[0].points);
+    uint64_t rows = 1;
+    for (size_t d = 1; d < 4; ++d) rows *= static_cast<uint64_t>(parameters.dims[d].points);
+
+    const uint64_t rows_at_a_time = std::clamp<uint64_t>(points_at_a_time / points, 1, rows);
+    Buffer<float> first, second;
+    Buffer<Complex> pairs;
+    if (!first.allocate(points * rows_at_a_time) || !second.allocate(points * rows_at_a_time) ||
+        !pairs.allocate(points * rows_at_a_time))
+        return fail(format_text("There is no memory for a row of %llu points.", static_cast<unsigned long long>(points)));
+    if (!real.seek(0)) return fail("Can't move file pointer to desired location in temporary file #1.");
+    if (!imaginary.seek(0)) return fail("Can't move file pointer to desired location in temporary file #2.");
+
+    for (uint64_t row = 0; row < rows; row += rows_at_a_time) {
+        const uint64_t count = std::min(rows_at_a_time, rows - row);
+        const size_t values = count * points;
+        if (!real.read(first.data(), values * sizeof(float))) return fail("Temporary file 1 ends before the last row.");
+        if (!imaginary.read(second.data(), values * sizeof(float))) return fail("Temporary file 2 ends before the last row.");
+        const float* re = swap ? second.data() : first.data();
+        const float* im = swap ? first.data() : second.data();
+        for (size_t i = 0; i < values; ++i) pairs[i] = {re[i], im[i]};
+        for (uint64_t r = 0; r < count; ++r)
+            if (!write_native_slice(output, pairs.span().subspan(r * points, points)))
+                return fail("The output file cannot be written.\nDisk Full ???");
+        if (row + count < rows && !platform().progress(static_cast<double>(row + count) / static_cast<double>(rows)))
+            return fail("The import was cancelled.");
+    }
+    return true;
+}
+
+}  // namespace zolt

@@ -1,0 +1,14 @@
+// Operations on single values and places of a vector.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "state/vectors.h"
+
+namespace zolt {
+
+/// Turns a vector in a circle: its first `amount` points go to its end.
+void rotate_left(std::span<Complex> x, uint64_t amount);
+
+}  // namespace zolt

@@ -1,0 +1,25 @@
+// Handlers of the processing commands.
+#pragma once
+
+#include "common/arguments.h"
+
+namespace zolt {
+
+int cmd_ft(Arguments& args);
+int cmd_realft(Arguments& args);
+int cmd_zf(Arguments& args);
+int cmd_lb(Arguments& args);
+int cmd_em(Arguments& args);
+int cmd_gm(Arguments& args);
+int cmd_pa(Arguments& args);
+int cmd_pb(Arguments& args);
+int cmd_pc(Arguments& args);
+int cmd_zp(Arguments& args);
+int cmd_bc(Arguments& args);
+int cmd_br(Arguments& args);
+int cmd_zi(Arguments& args);
+int cmd_zr(Arguments& args);
+int cmd_zn(Arguments& args);
+int cmd_21(Arguments& args);
+
+}  // namespace zolt

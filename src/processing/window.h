@@ -1,0 +1,40 @@
+// Exponential and Gaussian line broadening.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+
+#include "state/dataset.h"
+
+namespace zolt {
+
+enum class WindowShape { exponential, gaussian };
+
+/// Weights of the points of a vector that decay with their distance t from an echo centre (point 0 without one):
+/// e^(-a t) or e^(-a^2 t^2 / 2.7724), a = pi dt LB.
+class Window {
+public:
+    static constexpr size_t block = 64;
+
+    /// `lb` in Hz, `dwell` in s, n points. The echo centre 0 stands for none; below 0 it is taken as 0, above n as n - 1.
+    Window(WindowShape shape, double lb, double dwell, size_t n, int64_t echo_centre = 0);
+
+    size_t centre() const { return centre_; }
+    /// The weights of block points from distance `first` on, computed in double and rounded once.
+    void fill(size_t first, std::array<float, block>& weights) const;
+    double weight(size_t distance) const;
+
+private:
+    double linear_, square_;  // the weight is e^-(linear t + square t^2)
+    size_t centre_;
+    std::array<double, block> head_;  // the weights of the first block; others follow by one or two factors
+};
+
+/// Multiplies both parts of every point by its weight.
+void weigh(std::span<Complex> x, const Window& window);
+
+/// Seconds from point to point of a dimension; 0 when its width is not positive.
+double dwell_time(const Dimension& dimension);
+
+}  // namespace zolt

@@ -1,0 +1,118 @@
+// The current data set: the record `show`, its parameters and its vectors in memory.
+#pragma once
+
+#include <array>
+#include <complex>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "common/axis.h"
+#include "state/vectors.h"
+
+namespace zolt {
+
+/// Acquisition domain code of a dimension. Files may hold other values; they are kept and refused by the transforms.
+enum DomainCode { domain_real = 0, domain_complex = 1, domain_sequential = 2 };
+
+/// Axis unit codes, as headers store them.
+enum AxisUnit { unit_none = 0, unit_points = 1, unit_hz = 2, unit_ppm = 3 };
+
+struct Dimension {
+    int32_t points = 0;            ///< complex points; for dimension 2 the number of slices, and so on
+    float sf = 0;                  ///< spectrometer frequency, MHz
+    float sw = 0;                  ///< sweep width, Hz
+    float offset = 0;              ///< frequency of the spectrum's centre relative to 0 ppm, Hz
+    int domain_code = domain_complex;
+    bool frequency = false;        ///< false: time domain, true: frequency domain
+    int axis_unit = unit_ppm;
+    std::array<float, 3> phase_totals{};  ///< accumulated zero, first and second order, degrees
+    std::string nucleus;
+    int order = 0;                 ///< entry of the dimension-order table, 1 to 4
+    int sense = 1;                 ///< -1: a line above the carrier turns as e^(+iwt), the first transform conjugates
+    std::array<float, 5> carried{};  ///< parameters P2 to P6 of the header, carried unchanged (P6 of dimension 1: LB)
+
+    Axis axis() const { return {static_cast<double>(points), sw, sf, offset}; }
+    bool operator==(const Dimension&) const = default;
+};
+
+/// Words of the native header that have no meaning here and are carried back unchanged.
+struct CarriedWords {
+    int32_t a = 0, b = 0, c = 0, d = 0, e = 0;
+    int32_t write_stamp = 0;
+    float acquisition_value = 0;
+    std::array<uint32_t, 64> parameter_block{};
+    bool operator==(const CarriedWords&) const = default;
+};
+
+struct Integral {
+    int32_t start = 0, end = 0;  ///< points
+    float value = 0;
+    int32_t label = 0;
+    bool operator==(const Integral&) const = default;
+};
+
+struct Peak {
+    double point = 0, hz = 0, ppm = 0, intensity = 0;
+    std::string label;
+    bool operator==(const Peak&) const = default;
+};
+
+/// Everything that is known of a data set but its points.
+struct DataRecord {
+    DataRecord();
+
+    std::array<Dimension, 4> dims;  ///< dimension 1 first
+    int level = 0;                  ///< Arrayed-mode level
+    size_t selected = 0;            ///< index in the vector store of the current vector
+
+    std::string file_a, file_b;     ///< absolute paths, "" for none
+    int32_t slice = 0, slice_3 = 0, slice_4 = 0;  ///< selected slice, plane and cube, from 0
+    bool loaded = false;
+    bool changed = false;           ///< the data differ from the file; cleared by a save
+    bool display_valid = false;     ///< second mark: what the display holds is that of the data
+
+    std::string user, date, comment, experiment, owner, solvent, formula, path, title, source;
+    std::array<std::string, 3> names;
+    std::string process_type = "1D";
+
+    int32_t scans = 0;
+    double d1 = 0, p1 = 0;          ///< relaxation delay in s, pulse in us
+    double o1 = 0, o2 = 0;          ///< carrier offsets of the spectrometer, Hz
+    std::array<float, 3> phase{};   ///< stored phase values A, B, C, degrees
+    float pivot = 0;                ///< pivot of interactive phasing, points
+    double group_delay = 0;         ///< pending digital-filter delay of dimension 1, complex points
+    int32_t rotation = 0;           ///< pending amount of RD, points
+
+    float rel_value = 1;
+    std::vector<Integral> integrals;
+    std::vector<Peak> peaks;
+    CarriedWords words;
+
+    int32_t pts1d() const { return dims[0].points; }
+    /// The stored line broadening in Hz is parameter P6 of dimension 1.
+    float& lb() { return dims[0].carried[4]; }
+    float lb() const { return dims[0].carried[4]; }
+    bool operator==(const DataRecord&) const = default;
+};
+
+struct DataSet : DataRecord {
+    VectorStore store;  ///< every vector of the current Arrayed level, in walking order
+
+    /// The current vector: the selected one of the store, `pts1d` complex points (empty without data).
+    std::span<Complex> cvNMRdata() { return store.vector(selected); }
+    std::span<const Complex> cvNMRdata() const { return store.vector(selected); }
+};
+
+/// The one current data set; alive for the whole run.
+extern DataSet show;
+
+int CurrentArrayedLevel();
+
+/// Sets the two marks that every command which alters the data sets: changed, and the display no longer valid.
+void mark_changed();
+
+/// True for the process-type keys of multi-dimensional data sets and "1D".
+bool is_process_type(std::string_view key);
+
+}  // namespace zolt

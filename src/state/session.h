@@ -1,0 +1,39 @@
+// What belongs to the run and not to a data set: the flags that commands share, and the configuration values.
+#pragma once
+
+#include <array>
+#include <string>
+
+namespace zolt {
+
+/// Flags and texts of the running program.
+struct Session {
+    bool macro_running = false;
+    bool link_running = false;
+    bool no_log = false;          ///< set by a handler whose own line is not to be logged
+    std::string log_line;         ///< what the log records instead of the typed line, "" for the line itself
+    bool undo_enabled = false;
+    int undo_slot = -1;           ///< index of the newest snapshot, -1 before the first
+    bool expert = false;
+    bool log_on = false;
+    int header_type = 3;          ///< configured type of written native files, 1 to 3
+    std::string status_text = "Ready";  ///< shown in pane 0 after a command that worked
+};
+
+extern Session session;
+
+/// Configuration values, as ZOLT.INI sets them; config/settings.cpp has their table of keys.
+struct Settings {
+    bool no_file_overwrite = false;
+    bool bruker_filter = true;    ///< false: the group delay of digitally filtered data is left alone
+    double default_pa = 0, default_pb = 0, default_pc = 0;
+    std::string data_dir, import_dir, macro_dir, import_out_dir;
+    std::array<std::string, 10> links;  ///< LINK0 to LINK9
+};
+
+extern Settings settings;
+
+/// True while a link run or a macro plays commands: questions of destructive commands are then not asked.
+bool playing_back();
+
+}  // namespace zolt

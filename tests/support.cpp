@@ -1,0 +1,164 @@
+// The recording platform, temporary folders and typed lines of the tests.
+#include "support.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <sstream>
+
+#include "app/command_line.h"
+#include "app/main_loop.h"
+#include "app/startup.h"
+#include "common/text.h"
+#include "config/paths.h"
+#include "state/session.h"
+
+namespace zolt::test {
+
+namespace fs = std::filesystem;
+
+std::optional<std::string> RecordingPlatform::next_answer() {
+    if (answers.empty()) return std::nullopt;
+    std::string answer = answers.front();
+    answers.pop_front();
+    return answer;
+}
+
+void RecordingPlatform::message(std::string_view caption, Icon, std::string_view text) {
+    captions.emplace_back(caption);
+    messages.emplace_back(text);
+}
+
+Answer RecordingPlatform::question(std::string_view caption, std::string_view text, Buttons) {
+    captions.emplace_back(caption);
+    questions.emplace_back(text);
+    const auto answer = next_answer();
+    if (!answer) return default_answer;
+    return *answer == "yes" ? Answer::yes : *answer == "cancel" ? Answer::cancel : Answer::no;
+}
+
+std::optional<std::string> RecordingPlatform::file_dialog(FileChoice, std::string_view title) {
+    dialogs.emplace_back(title);
+    return next_answer();
+}
+
+std::optional<std::string> RecordingPlatform::input_box(std::string_view title, std::string_view, std::string_view) {
+    dialogs.emplace_back(title);
+    return next_answer();
+}
+
+std::optional<std::string> RecordingPlatform::process_box(std::string_view prompt, std::string_view) {
+    dialogs.emplace_back(prompt);
+    return next_answer();
+}
+
+void RecordingPlatform::status(int pane, std::string_view text) { statuses.push_back(format_text("%d ", pane) + std::string(text)); }
+
+void RecordingPlatform::line_done(std::string_view text, int result, LineSource) {
+    lines.emplace_back(text);
+    results.push_back(result);
+}
+
+std::string RecordingPlatform::said() const {
+    std::string all;
+    for (const auto* list : {&messages, &questions, &replies, &statuses})
+        for (const std::string& text : *list) all += text + "\n";
+    return all;
+}
+
+TemporaryFolder::TemporaryFolder() {
+    path_ = (fs::temp_directory_path() / "zolt-test-XXXXXX").string();
+    if (mkdtemp(path_.data()) == nullptr) std::abort();
+}
+
+TemporaryFolder::~TemporaryFolder() {
+    std::error_code ignored;
+    fs::remove_all(path_, ignored);
+}
+
+std::string TemporaryFolder::write(const std::string& name, std::string_view content) const {
+    const std::string file = path(name);
+    std::error_code ignored;
+    fs::create_directories(fs::path(file).parent_path(), ignored);
+    std::ofstream(file, std::ios::binary).write(content.data(), static_cast<std::streamsize>(content.size()));
+    return file;
+}
+
+std::string read_file(const std::string& path) {
+    std::ostringstream content;
+    content << std::ifstream(path, std::ios::binary).rdbuf();
+    return content.str();
+}
+
+CommandTest::CommandTest() {
+    set_platform(&platform_);
+    show = DataSet();
+    session = Session();
+    settings = Settings();
+    reset_main_loop();
+    ResetCommandText();
+    root_.write("ZOLT.INI", "");
+    // Files that a test names without a folder belong in its own.
+    std::error_code ignored;
+    fs::current_path(root_.path(), ignored);
+    start_up(root_.path(), "");
+}
+
+CommandTest::~CommandTest() {
+    shut_down();
+    show = DataSet();
+    set_platform(nullptr);
+    std::error_code ignored;
+    fs::current_path("/", ignored);
+}
+
+int CommandTest::run(const std::string& line) {
+    const size_t before = platform_.results.size();
+    for (const char c : line) post_character(static_cast<unsigned char>(c), LineSource::user);
+    post_character(13, LineSource::user);
+    run_main_loop();
+    return platform_.results.size() > before ? platform_.results[before] : -1;
+}
+
+void CommandTest::load(const std::vector<Complex>& points, int domain_code, bool frequency) {
+    show = DataSet();
+    ASSERT_TRUE(show.store.allocate(1, points.size()));
+    std::copy(points.begin(), points.end(), show.store.all().begin());
+    for (Dimension& d : show.dims) d.points = 1;
+    show.dims[0].points = static_cast<int32_t>(points.size());
+    show.dims[0].sf = 400;
+    show.dims[0].sw = 5000;
+    show.dims[0].domain_code = domain_code;
+    show.dims[0].frequency = frequency;
+    show.file_a = root_.path("a.zolt");
+    show.loaded = true;
+}
+
+std::vector<Complex> CommandTest::data() const {
+    const auto points = show.cvNMRdata();
+    return {points.begin(), points.end()};
+}
+
+std::vector<Complex> sample_points(size_t n, unsigned seed) {
+    std::mt19937 generator(seed);
+    std::normal_distribution<float> normal;
+    std::vector<Complex> points(n);
+    for (Complex& point : points) {
+        const float real = normal(generator);
+        point = {real, normal(generator)};
+    }
+    return points;
+}
+
+double relative_error(std::span<const Complex> got, std::span<const std::complex<double>> want) {
+    if (got.size() != want.size()) return 1e300;
+    double worst = 0, largest = 1e-300;
+    for (size_t i = 0; i < got.size(); ++i) {
+        worst = std::max(worst, std::abs(std::complex<double>(got[i]) - want[i]));
+        largest = std::max(largest, std::abs(want[i]));
+    }
+    return worst / largest;
+}
+
+}  // namespace zolt::test
