@@ -36,7 +36,7 @@ std::span<Complex> vector_of_zeros() {
 
 void bare_transform(benchmark::State& state) {
     auto* data = reinterpret_cast<fftwf_complex*>(vector_of_zeros().data());
-    const fftwf_plan plan = fftwf_plan_dft_1d(static_cast<int>(points), data, data, FFTW_FORWARD, FFTW_ESTIMATE);
+    auto* const plan = fftwf_plan_dft_1d(static_cast<int>(points), data, data, FFTW_FORWARD, FFTW_ESTIMATE);
     for (auto _ : state) {
         fftwf_execute(plan);
         benchmark::ClobberMemory();

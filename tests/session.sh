@@ -141,10 +141,12 @@ twenty_copies_share_one_root() {
     no_scratch "twenty copies"
 }
 
-killed_copy_is_cleared_away() {
-    local victim scratch
+# A copy with these options is killed in the middle of its work; its folder is then in $scratch.
+kill_a_copy() {
+    local victim
+    rm -f lines
     mkfifo lines
-    "$program" --root "$root" --yes --json --stdin < lines > killed.out 2>&1 &
+    "$program" --root "$root" "$@" --yes --json --stdin < lines > killed.out 2>&1 &
     victim=$!
     exec 3> lines
     printf 'IM %s\nEM\n' "$sample" >&3
@@ -153,7 +155,7 @@ killed_copy_is_cleared_away() {
         if [[ $SECONDS -ge 60 ]] || ! kill -0 "$victim" 2> /dev/null; then
             fail "the copy to be killed does not get to its work"
             cat killed.out
-            return
+            break
         fi
         sleep 0.02
     done
@@ -164,8 +166,22 @@ killed_copy_is_cleared_away() {
     wait "$victim" 2> /dev/null || true
     exec 3>&-
     [[ -d $scratch ]] || fail "the killed copy's scratch folder went with it"
+}
+
+killed_copies_are_cleared_away() {
+    local scratch
+    printf 'UNDO=FALSE\n' > plain.ini
+    kill_a_copy --ini plain.ini
     run 0 -c "LB 1"
     no_scratch "after a kill"
+
+    # What undo had stored is kept for a user who may want it back, for a week.
+    kill_a_copy
+    run 0 -c "LB 1"
+    [[ -d $scratch ]] || fail "the states of a killed copy are gone at once"
+    find "$scratch" -name 'Undo*' -exec touch -d '8 days ago' {} +
+    run 0 -c "LB 1"
+    no_scratch "a week after a kill"
 }
 
 example_gives_its_files
@@ -176,7 +192,7 @@ missing_files_are_refused
 questions_are_answered
 keys_and_standard_input_type_lines
 twenty_copies_share_one_root
-killed_copy_is_cleared_away
+killed_copies_are_cleared_away
 
 [[ $failures -eq 0 ]] && echo "sessions: all as they should be"
 exit $((failures > 0))

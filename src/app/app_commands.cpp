@@ -2,6 +2,7 @@
 #include "app/app_commands.h"
 
 #include "app/main_loop.h"
+#include "app/undo.h"
 #include "common/text.h"
 #include "platform/platform.h"
 #include "state/session.h"
@@ -25,6 +26,16 @@ int cmd_expertmode(Arguments& args) {
     else
         return show_reply("ExpertMode <on / off>");
     platform().reply(session.expert ? "- Expert mode is on" : "- Expert mode is off");
+    return 1;
+}
+
+int cmd_un(Arguments& /*args*/) {
+    SetUndoEnabled(true);
+    return 1;
+}
+
+int cmd_uf(Arguments& /*args*/) {
+    SetUndoEnabled(false);
     return 1;
 }
 

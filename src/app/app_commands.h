@@ -8,5 +8,7 @@ namespace zolt {
 int cmd_1d(Arguments& args);
 int cmd_ex(Arguments& args);
 int cmd_expertmode(Arguments& args);
+int cmd_un(Arguments& args);
+int cmd_uf(Arguments& args);
 
 }  // namespace zolt

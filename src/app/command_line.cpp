@@ -56,8 +56,23 @@ bool delete_last_character() {
     return true;
 }
 
-int ExecuteCommandLine(int /*key*/, LineSource source) {
+namespace {
+
+// The answer a sub-routine waits for is no command: the line is not dispatched, only marked and logged.
+int refuse_while_request_pends(const std::string& line, LineSource source) {
+    SetCommandText(" ?");
+    append_to_command_log(line);
+    ResetCommandText();
+    session.request_pending = false;
+    platform().line_done(line, 0, source);
+    return 0;
+}
+
+}  // namespace
+
+int ExecuteCommandLine(int key, LineSource source) {
     const std::string line(typed_text());
+    if (session.request_pending) return refuse_while_request_pends(line, source);
     session.log_line.clear();
     int result = 0;
     if (too_long)
@@ -72,6 +87,8 @@ int ExecuteCommandLine(int /*key*/, LineSource source) {
         platform().beep();
         platform().status(0, "Not a Valid Command");
         if (length < 80) AppendCommandText(" ?");
+        // A line that no key entered is a step of the link itself.
+        if (session.link_running && key != 13 && key != 10) platform().status(0, line + " - Not a Valid Command");
     }
     ResetCommandText();
     platform().redraw();

@@ -21,6 +21,13 @@ constexpr Command planned(const char* keyword, const char* summary = "planned", 
     return {keyword, nullptr, plain, keyword, summary, shadowed};
 }
 
+// The same where the usage is settled already: the word answers ? with it.
+constexpr Command planned_with_usage(const char* keyword, const char* usage, const char* summary) {
+    return {keyword, nullptr, plain, usage, summary};
+}
+
+constexpr const char* array_usage = "Usage: ar < off / on /  complex /  pairwise / tppi2pairwise / 3D >";
+
 // clang-format off
 constexpr Command keywords[] = {
     {"1D", cmd_1d, plain, "1D", "leaves the 2D intensity or image display for the 1D display"},
@@ -42,8 +49,8 @@ constexpr Command keywords[] = {
     planned("AutoIntegrate", "automatic integration"),
     planned("AI", "automatic integration"),
     planned("AL"), planned("AM"), planned("AN"), planned("AO"),
-    planned("ARRAY", "enters, changes or leaves the Arrayed mode"),
-    planned("AR", "enters, changes or leaves the Arrayed mode"),
+    planned_with_usage("ARRAY", array_usage, "enters, changes or leaves the Arrayed mode"),
+    planned_with_usage("AR", array_usage, "enters, changes or leaves the Arrayed mode"),
     planned("AS", "adds or subtracts spectra"),
     planned("AutoPhase", "automatic phase correction"),
     planned("QP", "automatic phase correction"),
@@ -111,9 +118,9 @@ constexpr Command keywords[] = {
     {"GetFile", cmd_getfile, redraws, "GA or GetFile [name]", "opens a data file as File A"},
     {"GA", cmd_getfile, redraws, "GA or GetFile [name]", "opens a data file as File A"},
     {"OpenFile", cmd_getfile, redraws, "GA or GetFile [name]", "opens a data file as File A"},
-    planned("GetFileB", "opens a data file as File B"),
-    planned("GB", "opens a data file as File B"),
-    planned("OpenFileB", "opens a data file as File B"),
+    {"GetFileB", cmd_getfileb, redraws, "GB or GetFileB [name]", "opens a data file as File B"},
+    {"GB", cmd_getfileb, redraws, "GB or GetFileB [name]", "opens a data file as File B"},
+    {"OpenFileB", cmd_getfileb, redraws, "GB or GetFileB [name]", "opens a data file as File B"},
     planned("GC"), planned("GF"),
     {"GaussMult", cmd_gm, needs_data | redraws, "GM [2D / 3D / 4D] [LB Value]", "Gaussian line broadening, in Hz"},
     {"GM", cmd_gm, needs_data | redraws, "GM [2D / 3D / 4D] [LB Value]", "Gaussian line broadening, in Hz"},
@@ -225,8 +232,8 @@ constexpr Command keywords[] = {
     planned("S2", "saves 2D data slice by slice"),
     {"SaveFile", cmd_savefile, needs_data | redraws, "SA or SaveFile [name]", "saves the data set"},
     {"SA", cmd_savefile, needs_data | redraws, "SA or SaveFile [name]", "saves the data set"},
-    planned("SaveFileB", "saves File B"),
-    planned("SB", "saves File B"),
+    {"SaveFileB", cmd_savefileb, plain, "SB or SaveFileB [name]", "saves File B"},
+    {"SB", cmd_savefileb, plain, "SB or SaveFileB [name]", "saves File B"},
     planned("SC", "writes the current slice to File C"),
     planned("SD"), planned("SG"), planned("SN"), planned("square2d"), planned("SS"), planned("ST"),
     planned("Shrink", "halves the point count"),
@@ -302,8 +309,8 @@ constexpr Command keywords[] = {
 // A two-character command answers to any longer word that begins with it.
 constexpr Command two_letters[] = {
     planned("UD", "full display update"),
-    planned("UF", "undo off"),
-    planned("UN", "undo on"),
+    {"UF", cmd_uf, plain, "UF", "undo off"},
+    {"UN", cmd_un, plain, "UN", "undo on"},
     planned("UH", "updates the header of File A on disk"),
     planned("US", "acquisition parameters"),
     planned("VL"), planned("VP"), planned("VS"), planned("VW"),
@@ -312,8 +319,16 @@ constexpr Command two_letters[] = {
     planned("XC", "2D intensity display"),
     planned("XL", "extracts a line"),
     {"XX", cmd_ex, plain, "EX or XX", "ends the program"},
-    planned("Y0"), planned("Y1"), planned("Y2"), planned("Y3"), planned("Y4"),
-    planned("Y5"), planned("Y6"), planned("Y7"), planned("Y8"), planned("Y9"),
+    {"Y0", cmd_y<0>, needs_data | redraws, "Y0", "averages blocks of 10 points"},
+    {"Y1", cmd_y<1>, needs_data | redraws, "Y1", "averages blocks of 1 points"},
+    {"Y2", cmd_y<2>, needs_data | redraws, "Y2", "averages blocks of 2 points"},
+    {"Y3", cmd_y<3>, needs_data | redraws, "Y3", "averages blocks of 3 points"},
+    {"Y4", cmd_y<4>, needs_data | redraws, "Y4", "averages blocks of 4 points"},
+    {"Y5", cmd_y<5>, needs_data | redraws, "Y5", "averages blocks of 5 points"},
+    {"Y6", cmd_y<6>, needs_data | redraws, "Y6", "averages blocks of 6 points"},
+    {"Y7", cmd_y<7>, needs_data | redraws, "Y7", "averages blocks of 7 points"},
+    {"Y8", cmd_y<8>, needs_data | redraws, "Y8", "averages blocks of 8 points"},
+    {"Y9", cmd_y<9>, needs_data | redraws, "Y9", "averages blocks of 9 points"},
     planned("Z0"), planned("Z1"), planned("Z2"), planned("Z3"), planned("Z4"),
     planned("Z5"), planned("Z6"), planned("Z7"), planned("Z8"), planned("Z9"),
     {"ZF", cmd_zf, needs_data | redraws, "ZF", "zero fill to the next power of two"},
@@ -324,7 +339,7 @@ constexpr Command two_letters[] = {
     planned("ZO", "zoom"),
     {"ZP", cmd_zp, needs_data | redraws, "ZP", "takes the accumulated phase correction back"},
     {"ZR", cmd_zr, needs_data | redraws, "ZR", "sets every real value to 0"},
-    planned("ZZ", "reads the data file of ZZ_File_Path again"),
+    {"ZZ", cmd_zz, redraws, "ZZ", "reads the data file of ZZ_File_Path, or File A again"},
 };
 // clang-format on
 

@@ -7,6 +7,7 @@
 #include "app/commands.h"
 #include "app/help.h"
 #include "app/main_loop.h"
+#include "app/undo.h"
 #include "common/text.h"
 #include "platform/platform.h"
 #include "state/dataset.h"
@@ -18,6 +19,7 @@ namespace {
 
 int run_command(const Command& command, Arguments& args) {
     if (command.handler == nullptr) {
+        if (args.ask_usage() && command.usage != command.keyword) return show_reply(command.usage);
         platform().reply(format_text("  - %s is planned, but not there yet.", command.keyword));
         return 0;
     }
@@ -41,6 +43,7 @@ int post_control_key(char letter) {
 }  // namespace
 
 int DispatchCommand() {
+    if (IsUndoEnabled()) SaveUndoSnapshot();
     session.no_log = false;
     const std::string line(typed_text());
     Arguments args(line);

@@ -2,15 +2,21 @@
 #include "app/keystrokes.h"
 
 #include "app/command_line.h"
+#include "app/undo.h"
 
 namespace zolt {
 
 namespace {
 
-enum Key { key_backspace = 8, key_line_feed = 10, key_enter = 13, key_escape = 27, key_delete = 127 };
+enum Key { key_backspace = 8, key_line_feed = 10, key_enter = 13, key_redo = 25, key_undo = 26, key_escape = 27, key_delete = 127 };
 
 // Control keys whose work is planned (display option, bitmap copy, display modes …) beep.
-void handle_control_key(int /*key*/) { platform().beep(); }
+void handle_control_key(int key) {
+    const bool stepped = key == key_undo ? undo_step() : key == key_redo && redo_step();
+    if (!stepped) return platform().beep();
+    platform().status(0, key == key_undo ? "Undo" : "Redo");
+    platform().redraw();
+}
 
 }  // namespace
 

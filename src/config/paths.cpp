@@ -1,6 +1,7 @@
 // The root folder and its parts, and the locked scratch folder of the process.
 #include "config/paths.h"
 
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <string_view>
@@ -52,17 +53,36 @@ int lock_folder(const std::string& path) {
     return descriptor;
 }
 
-// Removes the scratch folders whose process is gone: nobody holds their lock any more.
-void remove_dead_scratch_folders(const std::string& parent) {
+// Calls use(path) for every scratch folder whose process is gone: nobody holds its lock any more. It stays locked for
+// the time of the call.
+template <class Use>
+void each_dead_scratch_folder(const std::string& parent, Use use) {
     std::error_code error;
     for (fs::directory_iterator entry(parent, error), end; !error && entry != end; entry.increment(error)) {
         if (!entry->path().filename().string().starts_with(scratch_prefix)) continue;
         const int lock = lock_folder(entry->path().string());
         if (lock < 0) continue;
-        std::error_code ignored;
-        fs::remove_all(entry->path(), ignored);
+        use(entry->path());
         ::close(lock);
     }
+}
+
+bool holds_recent_snapshot(const fs::path& folder) {
+    constexpr auto week = std::chrono::hours(24 * 7);
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+        std::error_code ignored;
+        if (is_snapshot_name(entry->path().filename().string()) && fs::file_time_type::clock::now() - entry->last_write_time(ignored) < week)
+            return true;
+    }
+    return false;
+}
+
+void remove_dead_scratch_folders(const std::string& parent, Snapshots snapshots) {
+    each_dead_scratch_folder(parent, [snapshots](const fs::path& folder) {
+        std::error_code ignored;
+        if (snapshots == Snapshots::remove || !holds_recent_snapshot(folder)) fs::remove_all(folder, ignored);
+    });
 }
 
 // Makes and locks a scratch folder. It gets its final name only once it is locked, so that no other process can take it
@@ -104,7 +124,6 @@ const std::string& scratch_folder() {
     std::error_code error;
     const fs::path temporary = fs::temp_directory_path(error);
     for (const std::string& parent : {root, error ? std::string("/tmp") : temporary.string()}) {
-        remove_dead_scratch_folders(parent);
         if (make_scratch_folder(parent)) break;
     }
     return scratch.path;
@@ -118,6 +137,20 @@ void remove_scratch_folder() {
     scratch = {};
 }
 
-void remove_leftovers_of_dead_processes() { remove_dead_scratch_folders(root); }
+std::vector<std::string> scratch_folders_of_dead_processes() {
+    std::vector<std::string> folders;
+    each_dead_scratch_folder(root, [&](const fs::path& folder) { folders.push_back(folder.string()); });
+    return folders;
+}
+
+bool is_snapshot_name(std::string_view name) { return name.starts_with("Undo") && name.ends_with(".tmp"); }
+
+void remove_leftovers_of_dead_processes(Snapshots snapshots) {
+    remove_dead_scratch_folders(root, snapshots);
+    std::error_code error;
+    const fs::path temporary = fs::temp_directory_path(error);
+    // The place that takes over where the root is not writable.
+    if (!error && ::access(root.c_str(), W_OK) != 0) remove_dead_scratch_folders(temporary.string(), snapshots);
+}
 
 }  // namespace zolt

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace zolt {
 
@@ -18,7 +20,14 @@ std::string ini_path();
 /// root is not writable). Made at the first call; "" when neither place takes one.
 const std::string& scratch_folder();
 void remove_scratch_folder();
-/// Removes the scratch folders that killed processes left in the root. Called at start-up.
-void remove_leftovers_of_dead_processes();
+
+/// Scratch folders in the root that killed processes left.
+std::vector<std::string> scratch_folders_of_dead_processes();
+/// True for the names of the files that undo writes.
+bool is_snapshot_name(std::string_view name);
+/// Removes those folders; `keep_recent` leaves one that holds a snapshot for a week, so that a start with a user before
+/// it can offer to recover it.
+enum class Snapshots { keep_recent, remove };
+void remove_leftovers_of_dead_processes(Snapshots snapshots);
 
 }  // namespace zolt

@@ -12,15 +12,18 @@ namespace {
 constexpr double any = 1e300;
 
 const SettingKey keys[] = {
+    {"UNDO", &session.undo_enabled, 0, 0, "TRUE: the state before each command is kept, to step back to with Ctrl+Z"},
     {"ZOLT_LOG_COMMANDS", &session.log_on, 0, 0, "TRUE: every command line that worked is appended to the command log ZOLT.LOG"},
     {"EXPERT_MODE", &session.expert, 0, 0, "TRUE: start with the expert mode on"},
     {"NO_FILE_OVERWRITE", &settings.no_file_overwrite, 0, 0, "TRUE: no command writes over an existing file"},
     {"ZOLT_HEADER_VERSION", &session.header_type, 1, 3, "header type of written data files, 1 to 3"},
+    {"BYTE_ORDER", &session.byte_order, 1, 3, "byte order of written data files: 1 Intel order, 2 or 3 big-endian"},
     {"BRUKER_FILTER", &settings.bruker_filter, 0, 0, "FALSE: the transform leaves the group delay of digitally filtered data alone"},
     {"DEFAULT_PA", &settings.default_pa, -any, any, "zero-order phase of a data set that brings none, degrees"},
     {"DEFAULT_PB", &settings.default_pb, -any, any, "first-order phase, degrees"},
     {"DEFAULT_PC", &settings.default_pc, -any, any, "second-order phase, degrees"},
     {"DATADIR", &settings.data_dir, 0, 0, "folder of data files; DATA of the root folder without it"},
+    {"ZZ_File_Path", &settings.zz_file_path, 0, 0, "data file that the command ZZ reads; File A again without it"},
     {"DEFAULT_IMPORT_OUT_DIR", &settings.import_out_dir, 0, 0, "folder for imported data; that of the data files without it"},
     {"LINK0", &settings.links[0], 0, 0, "command lines that A0 plays, each ended by ;"},
     {"LINK1", &settings.links[1], 0, 0, "command lines that A1 plays"},

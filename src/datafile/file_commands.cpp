@@ -20,6 +20,11 @@ bool agreed(const char* caption, const std::string& text) {
     return platform().question(caption, text, Buttons::yes_no) == Answer::yes;
 }
 
+bool may_replace(const std::string& path) {
+    return playing_back() || !file_facts(path).exists || settings.no_file_overwrite ||
+           agreed("Replace?", "Target file name already exists: " + path + "\nOverwrite?");
+}
+
 // What the user has to agree to before this name is written to; true when it may be.
 bool may_save_as(const std::string& path) {
     if (path == show.file_a && more_than_one_slice()) {
@@ -30,8 +35,7 @@ bool may_save_as(const std::string& path) {
     if (path == show.file_a)
         return agreed("Save File A",
                       "Slected name has the same name as File A.\nProceeding saves the entire 2D data set\nAre you REALLY sure?\n\n");
-    return !file_facts(path).exists || settings.no_file_overwrite ||
-           agreed("Replace?", "Target file name already exists: " + path + "\nOverwrite?");
+    return may_replace(path);
 }
 
 }  // namespace
@@ -51,6 +55,18 @@ int cmd_savefile(Arguments& args) {
     if (!may_save_as(path) || !FileWrite(path, show)) return 0;
     show.changed = false;
     if (!slice_only) show.file_a = path;
+    return 1;
+}
+
+int cmd_savefileb(Arguments& args) {
+    if (args.ask_usage()) return show_reply("SB or SaveFileB [name]");
+    if (!show_b.loaded) return refuse("There is no File B to save.\nOpen one with GB.");
+    std::string name = args.next();
+    if (name.empty()) name = platform().file_dialog(FileChoice::save, "Save File B").value_or("");
+    if (name.empty()) return 0;
+    const std::string path = absolute_path(typed_path(name));
+    if (!may_replace(path) || !FileWrite(path, show_b)) return 0;
+    show.file_b = path;
     return 1;
 }
 

@@ -6,6 +6,7 @@
 namespace zolt {
 
 int cmd_savefile(Arguments& args);
+int cmd_savefileb(Arguments& args);
 int cmd_header(Arguments& args);
 
 }  // namespace zolt

@@ -136,9 +136,9 @@ std::string decode_header(std::span<const unsigned char> bytes, uint64_t file_by
     return check_counts(data, file_bytes, layout);
 }
 
-std::vector<unsigned char> encode_header(const DataSet& data, int type, bool one_slice) {
+std::vector<unsigned char> encode_header(const DataSet& data, int type, ByteOrder order, bool one_slice) {
     std::vector<unsigned char> bytes(full_header_bytes, 0);
-    Words words{bytes.data(), ByteOrder::little};
+    Words words{bytes.data(), order};
     std::array<int32_t, 4> points{};
     for (size_t d = 0; d < 4; ++d) points[d] = d > 0 && one_slice ? 1 : data.dims[d].points;
 

@@ -16,11 +16,10 @@ namespace {
 
 constexpr uint64_t largest_tailer = 16 << 20;
 
-const char* const wrong_marker =
-    "Wrong key word found for file!\nIt is not a PC based CDFF file.\nTry a File / Import / Auto Detect\non this file.";
-
 // Until files of type 3 are written, the full header of type 2 stands in for them.
 int written_type() { return session.header_type == 1 ? 1 : 2; }
+
+ByteOrder written_order() { return session.byte_order == 1 ? ByteOrder::little : ByteOrder::big; }
 
 bool fail(const std::string& text) {
     refuse(text);
@@ -32,23 +31,6 @@ std::string missing_file_text(const std::string& path) {
                        path.c_str());
 }
 
-// Header of an open file into a fresh record; reports what is wrong.
-bool read_header(File& file, const std::string& path, uint64_t size, NativeLayout& layout, DataSet& data) {
-    std::array<unsigned char, full_header_bytes> bytes{};
-    const size_t start = static_cast<size_t>(std::min<uint64_t>(size, 20));
-    if (!file.read(bytes.data(), start) || !decode_header_start({bytes.data(), start}, layout)) {
-        platform().beep();
-        return fail(wrong_marker);
-    }
-    const size_t whole = layout.type == 2 ? full_header_bytes : short_header_bytes;
-    if (size < whole || !file.seek(0) || !file.read(bytes.data(), whole))
-        return fail(format_text("File %s cannot be read: it ends inside its header.", path.c_str()));
-    const std::string wrong = decode_header({bytes.data(), whole}, size, layout, data);
-    if (!wrong.empty()) return fail(format_text("File %s cannot be read: %s.", path.c_str(), wrong.c_str()));
-    if (layout.data_type != 0) return fail(format_text("File %s holds integers, which are not read directly. Use IM.", path.c_str()));
-    return true;
-}
-
 // One slice into the only vector of the record.
 bool read_data_from_file(File& file, const std::string& path, const NativeLayout& layout, uint64_t slice, DataSet& data) {
     if (CurrentArrayedLevel() != 0) return fail(format_text("Try to read a file in Arrayed Mode level = %d  ???", CurrentArrayedLevel()));
@@ -58,19 +40,31 @@ bool read_data_from_file(File& file, const std::string& path, const NativeLayout
     return fail(format_text("File %s cannot be read: its data end too early.", path.c_str()));
 }
 
-void read_tailer_of(File& file, uint64_t size, const NativeLayout& layout, DataSet& data) {
+bool write_failed(const std::string& path, const ReplacedFile& file) {
+    return fail(format_text("Unable to open file\n%s\nfor writing!\n Error Code %ld", path.c_str(), static_cast<long>(file.error())));
+}
+
+}  // namespace
+
+const char* const wrong_marker_text =
+    "Wrong key word found for file!\nIt is not a PC based CDFF file.\nTry a File / Import / Auto Detect\non this file.";
+
+std::string read_native_header(File& file, uint64_t size, NativeLayout& layout, DataSet& data) {
+    std::array<unsigned char, full_header_bytes> bytes{};
+    const size_t start = static_cast<size_t>(std::min<uint64_t>(size, 20));
+    if (!file.seek(0) || !file.read(bytes.data(), start) || !decode_header_start({bytes.data(), start}, layout)) return wrong_marker_text;
+    const size_t whole = layout.type == 2 ? full_header_bytes : short_header_bytes;
+    if (size < whole || !file.seek(0) || !file.read(bytes.data(), whole)) return "it ends inside its header";
+    return decode_header({bytes.data(), whole}, size, layout, data);
+}
+
+void read_native_tailer(File& file, uint64_t size, const NativeLayout& layout, DataSet& data) {
     // Behind the planes of 3D and 4D files nothing follows the data.
     const uint64_t start = layout.slice_offset(layout.slices);
     if (data.dims[2].points > 1 || data.dims[3].points > 1 || start >= size) return;
     std::string text(static_cast<size_t>(std::min(size - start, largest_tailer)), '\0');
     if (file.seek(start) && file.read(text.data(), text.size())) read_tailer(text, data);
 }
-
-bool write_failed(const std::string& path, const ReplacedFile& file) {
-    return fail(format_text("Unable to open file\n%s\nfor writing!\n Error Code %ld", path.c_str(), static_cast<long>(file.error())));
-}
-
-}  // namespace
 
 FileClass classify_file(const std::string& path) {
     if (!file_facts(path).exists) return FileClass::missing;
@@ -91,30 +85,38 @@ bool FileRead(const std::string& path, DataSet& into) {
 
     DataSet fresh;
     NativeLayout layout;
-    if (!read_header(file, path, facts.size, layout, fresh)) return false;
+    const std::string wrong = read_native_header(file, facts.size, layout, fresh);
+    if (wrong == wrong_marker_text) {
+        platform().beep();
+        return fail(wrong);
+    }
+    if (!wrong.empty()) return fail(format_text("File %s cannot be read: %s.", path.c_str(), wrong.c_str()));
+    if (layout.data_type != 0) return fail(format_text("File %s holds integers, which are not read directly. Use IM.", path.c_str()));
     if (!read_data_from_file(file, path, layout, 0, fresh)) return false;
     fresh.file_a = absolute_path(path);
     fresh.path = folder_of(fresh.file_a);
-    read_tailer_of(file, facts.size, layout, fresh);
+    read_native_tailer(file, facts.size, layout, fresh);
     fresh.loaded = true;
     into = std::move(fresh);
     return true;
 }
 
 bool write_native_header(File& file, const DataSet& data) {
-    const auto header = encode_header(data, written_type(), false);
+    const auto header = encode_header(data, written_type(), written_order(), false);
     return file.write(header.data(), header.size());
 }
 
 bool write_native_slice(File& file, std::span<const Complex> slice) {
     if (written_type() == 1) {
         std::array<unsigned char, 4> prefix{};
-        store_word(prefix.data(), static_cast<uint32_t>(2 * slice.size()), ByteOrder::little);
+        store_word(prefix.data(), static_cast<uint32_t>(2 * slice.size()), written_order());
         if (!file.write(prefix.data(), prefix.size())) return false;
     }
-    if constexpr (machine_order == ByteOrder::little) return file.write(slice.data(), slice.size_bytes());
-    std::vector<Complex> swapped(slice.begin(), slice.end());
-    to_machine_order(swapped.data(), 2 * swapped.size(), ByteOrder::little);
+    if (written_order() == machine_order) return file.write(slice.data(), slice.size_bytes());
+    Buffer<Complex> swapped;
+    if (!swapped.allocate(slice.size())) return false;
+    std::copy(slice.begin(), slice.end(), swapped.data());
+    to_machine_order(swapped.data(), 2 * swapped.size(), written_order());
     return file.write(swapped.data(), slice.size_bytes());
 }
 
@@ -126,6 +128,7 @@ bool write_native_tailer(File& file, const DataSet& data) {
 bool write_native_file(File& file, const DataSet& data, NativeLayout& layout) {
     layout = {};
     layout.type = written_type();
+    layout.order = written_order();
     layout.header_bytes = layout.type == 1 ? short_header_bytes : full_header_bytes;
     layout.slices = data.store.count();
     layout.slice_bytes = data.store.points() * sizeof(Complex) + layout.prefix_bytes();
@@ -150,7 +153,7 @@ bool FileWrite(const std::string& path, const DataSet& data) {
     if (overwrite_refused(path)) return false;
     ReplacedFile file;
     if (!file.open(path)) return write_failed(path, file);
-    const auto header = encode_header(data, written_type(), true);
+    const auto header = encode_header(data, written_type(), written_order(), true);
     if (!file.write(header.data(), header.size())) return fail("Could not write header in FileWrite.");
     if (!write_native_slice(file, data.cvNMRdata()) || !file.write(tailer_text(data)) || !file.commit())
         return fail(format_text("Failed trying to save file\n%s\nDisk Full ???", path.c_str()));

@@ -31,6 +31,14 @@ bool write_native_tailer(File& file, const DataSet& data);
 /// All of it from memory: header, every vector of the store, tailer. `layout` tells where the slices stand.
 bool write_native_file(File& file, const DataSet& data, NativeLayout& layout);
 
+/// Takes the header of an open file of `size` bytes into the data set and completes the layout. An empty text on
+/// success, else what is wrong; `wrong_marker_text` when it is no native file.
+std::string read_native_header(File& file, uint64_t size, NativeLayout& layout, DataSet& data);
+/// Takes the tailer behind the slices, if there is one.
+void read_native_tailer(File& file, uint64_t size, const NativeLayout& layout, DataSet& data);
+
+extern const char* const wrong_marker_text;
+
 /// Reads slice `index` (from 0) into `points`, which has the layout's size.
 bool read_native_slice(File& file, const NativeLayout& layout, uint64_t index, std::span<Complex> points);
 

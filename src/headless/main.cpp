@@ -3,13 +3,17 @@
 #include <iostream>
 #include <string>
 
+#include <unistd.h>
+
 #include "app/main_loop.h"
+#include "app/recovery.h"
 #include "app/startup.h"
 #include "common/bytes.h"
 #include "common/file.h"
 #include "headless/events.h"
 #include "headless/options.h"
 #include "headless/platform_headless.h"
+#include "headless/prompt.h"
 #include "state/dataset.h"
 
 namespace zolt {
@@ -69,20 +73,34 @@ public:
         set_platform(&platform_);
         set_json_output(options_.json);
         start_up(options_.root, options_.ini);
-        for (const Action& action : options_.actions) {
-            carry_out(action);
-            if (stop()) break;
-        }
+        const bool good = options_.actions.empty() ? converse() : carry_out_actions();
         shut_down();
-        return platform_.all_lines_worked && !data_failed_ ? 0 : 1;
+        return good ? 0 : 1;
     }
 
 private:
     bool stop() const { return platform_.closing || (!platform_.all_lines_worked && !options_.keep_going); }
 
+    bool carry_out_actions() {
+        for (const Action& action : options_.actions) {
+            carry_out(action);
+            if (stop()) break;
+        }
+        return platform_.all_lines_worked && !data_failed_;
+    }
+
+    // The user at a terminal types lines until end of input or EX. What did not work has been said on the spot.
+    bool converse() {
+        platform_.interactive = true;
+        offer_recovery();
+        for (std::string line; !platform_.closing && read_prompt_line("> ", line);) carry_out_line(line);
+        return true;
+    }
+
     void carry_out(const Action& action) {
         switch (action.kind) {
             case Action::Kind::command: carry_out_line(action.text); break;
+            case Action::Kind::macro: carry_out_line("RU \"" + action.text + "\""); break;
             case Action::Kind::keys: send_keys(action.text); break;
             case Action::Kind::lines_of_stdin:
                 for (std::string line; !stop() && std::getline(std::cin, line);) {
@@ -118,7 +136,8 @@ int main(int count, char** arguments) {
         std::printf("zolt-cli %s\n", zolt::version_text());
         return 0;
     }
-    if (options.help || options.actions.empty()) {
+    const bool conversation = options.actions.empty() && ::isatty(STDIN_FILENO) != 0;
+    if (options.help || (options.actions.empty() && !conversation)) {
         std::fputs(zolt::help_text(), stdout);
         return 0;
     }

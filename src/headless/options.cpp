@@ -22,6 +22,7 @@ void add(Options& options, std::string value) {
 const Option table[] = {
     {"-c", "--command", true, add<Action::Kind::command>},
     {"-k", "--keys", true, add<Action::Kind::keys>},
+    {"-m", "--macro", true, add<Action::Kind::macro>},
     {"-s", "--stdin", false, add<Action::Kind::lines_of_stdin>},
     {"", "--answer", true, add<Action::Kind::answer>},
     {"", "--yes", false, add<Action::Kind::default_yes>},
@@ -66,6 +67,7 @@ Options act in the order given; --root, --ini, --json and --keep-going are taken
 
   -c, --command LINE  carries out a command line
   -k, --keys TEXT     sends keystrokes: \r Enter, \e Escape, \b backspace, \\ backslash, ^X Ctrl+X, ^^ a caret
+  -m, --macro FILE    runs a macro
   -s, --stdin         carries out the lines of standard input
   --answer TEXT       answers the next question (yes, no, cancel), file dialog (a path) or input box (a text)
   --yes, --no         answers further questions (--no at the start); dialogs without an answer are cancelled
@@ -77,6 +79,7 @@ Options act in the order given; --root, --ini, --json and --keep-going are taken
   --root DIR          uses DIR as the root folder
   --version, --help
 
+Without anything to do, at a terminal, it prompts for command lines.
 Exit status: 0 all lines worked, 1 one did not, 2 a wrong option.
 The command Help lists the commands: zolt-cli -c Help
 )";

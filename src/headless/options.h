@@ -8,7 +8,7 @@ namespace zolt {
 
 /// One thing to do, in the order given on the command line.
 struct Action {
-    enum class Kind { command, keys, lines_of_stdin, answer, default_yes, default_no, state, data } kind;
+    enum class Kind { command, keys, macro, lines_of_stdin, answer, default_yes, default_no, state, data } kind;
     std::string text;
 };
 

@@ -3,10 +3,15 @@
 
 #include "common/text.h"
 #include "headless/events.h"
+#include "headless/prompt.h"
 
 namespace zolt {
 
-std::optional<std::string> HeadlessPlatform::next_answer() {
+std::optional<std::string> HeadlessPlatform::next_answer(std::string_view prompt) {
+    if (answers.empty() && interactive) {
+        std::string typed;
+        return read_prompt_answer(std::string(prompt) + " ", typed) && !typed.empty() ? std::optional(typed) : std::nullopt;
+    }
     if (answers.empty()) return std::nullopt;
     std::string answer = answers.front();
     answers.pop_front();
@@ -17,28 +22,30 @@ void HeadlessPlatform::message(std::string_view caption, Icon icon, std::string_
 
 Answer HeadlessPlatform::question(std::string_view caption, std::string_view text, Buttons buttons) {
     Answer answer = default_answer;
-    if (const auto queued = next_answer()) answer = same_word(*queued, "yes") ? Answer::yes : same_word(*queued, "cancel") ? Answer::cancel : Answer::no;
+    const char* choices = buttons == Buttons::yes_no ? "[yes/no]" : "[yes/no/cancel]";
+    if (const auto queued = next_answer(std::string(trimmed(text)) + " " + choices)) answer = same_word(*queued, "yes") || same_word(*queued, "y") ? Answer::yes : same_word(*queued, "cancel") ? Answer::cancel : Answer::no;
     // A question without a Cancel button has no third answer.
     if (answer == Answer::cancel && buttons == Buttons::yes_no) answer = Answer::no;
-    print_question(caption, text, buttons, answer);
+    // Who has just answered need not read it again.
+    if (!interactive || json_output()) print_question(caption, text, buttons, answer);
     return answer;
 }
 
 std::optional<std::string> HeadlessPlatform::file_dialog(FileChoice choice, std::string_view title) {
-    const auto answer = next_answer();
-    print_dialog(choice == FileChoice::open ? "open" : "save", title, answer);
+    const auto answer = next_answer(std::string(title) + ":");
+    if (!interactive || json_output()) print_dialog(choice == FileChoice::open ? "open" : "save", title, answer);
     return answer;
 }
 
 std::optional<std::string> HeadlessPlatform::input_box(std::string_view title, std::string_view prompt, std::string_view /*initial*/) {
-    const auto answer = next_answer();
-    print_dialog("input", prompt.empty() ? title : prompt, answer);
+    const auto answer = next_answer(prompt.empty() ? title : prompt);
+    if (!interactive || json_output()) print_dialog("input", prompt.empty() ? title : prompt, answer);
     return answer;
 }
 
-std::optional<std::string> HeadlessPlatform::process_box(std::string_view /*prompt*/, std::string_view /*initial*/) {
-    const auto answer = next_answer();
-    print_dialog("box", "ProcessBox", answer);
+std::optional<std::string> HeadlessPlatform::process_box(std::string_view prompt, std::string_view initial) {
+    const auto answer = next_answer(std::string(prompt) + " (" + std::string(initial) + "):");
+    if (!interactive || json_output()) print_dialog("box", "ProcessBox", answer);
     return answer;
 }
 

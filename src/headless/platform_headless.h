@@ -14,6 +14,7 @@ public:
     Answer default_answer = Answer::no;    ///< of a question when the queue is empty
     bool all_lines_worked = true;
     bool closing = false;
+    bool interactive = false;              ///< a user at a terminal gives the answers
 
     void message(std::string_view caption, Icon icon, std::string_view text) override;
     Answer question(std::string_view caption, std::string_view text, Buttons buttons) override;
@@ -33,7 +34,8 @@ public:
     void close_requested() override;
 
 private:
-    std::optional<std::string> next_answer();
+    /// The next answer from the queue, or from the user, who is shown the prompt; nothing when there is none.
+    std::optional<std::string> next_answer(std::string_view prompt);
 };
 
 }  // namespace zolt

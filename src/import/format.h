@@ -65,7 +65,7 @@ struct Format {
     const char* key;     ///< typed with the import command, "" for none
     const char* name;    ///< display name; "unknown" for numbers without one
     const char* phrase;  ///< of the announcement; nullptr: made from the name
-    int sense;           ///< of FIDs: -1 where a line above the carrier turns as e^(+iwt)
+    int sense;           ///< of FIDs: -1 where a line above the carrier turns as e^(+iwt); 0: the file says it itself
     bool (*test)(Candidate& file) = nullptr;
     bool (*parameters)(Translation& t) = nullptr;
     bool (*data)(Translation& t) = nullptr;

@@ -2,6 +2,7 @@
 #include "common/text.h"
 #include "import/bruker.h"
 #include "import/format.h"
+#include "import/native.h"
 
 namespace zolt {
 
@@ -23,8 +24,8 @@ constexpr Format table[] = {
     {11, "BRUKERASPECT", "Bruker Aspect", nullptr, -1},
     {12, "FELIXNEW", "unknown", nullptr, 1},
     {13, "ASC", "ASCII", "of ASC Data Pairs type.", 1},
-    {14, "CDFFDOS", "CDFF DOS", nullptr, 1},
-    {15, "CDFFUNIX", "CDFF Unix", nullptr, 1},
+    {14, "CDFFDOS", "CDFF DOS", nullptr, 0, nullptr, CDFF_Parm, CDFF_Data},
+    {15, "CDFFUNIX", "CDFF Unix", nullptr, 0, nullptr, CDFF_Parm, CDFF_Data},
     {16, "JEOL", "JEOL", nullptr, 1},
     {17, "JEOL_GENERIC", "JEOL Generic Export", nullptr, 1},
     {18, "ATI", "ATI", nullptr, 1},
@@ -48,7 +49,7 @@ constexpr Format table[] = {
     {36, "CHEMAGNETICS3", "Chemagnetics Type 3", nullptr, 1},
     {37, "GALACTIC", "Galactic Industries SPC", nullptr, 1},
     {38, "IRIS_FELIX", "Iris Felix", nullptr, 1},
-    {39, "CDFFINT", "CDFF integer", nullptr, 1},
+    {39, "CDFFINT", "CDFF integer", nullptr, 0, nullptr, CDFF_Parm, CDFF_Data},
     {40, "MACFID1", "MacFID type 1", nullptr, 1},
     {41, "MACFID2", "MacFID type 2", nullptr, 1},
     {42, "MACNMR1", "MacNMR type 1", nullptr, 1},

@@ -216,6 +216,12 @@ int import_file(const std::string& path, ImportRequest request) {
     return translate(input, request);
 }
 
+int file_not_found(const std::string& path) {
+    return refuse(format_text("File [ %s ] not found.\nIn module FILE function IsFileCDFF\nSpelled correctly?\nPath correct?\n"
+                              "Does the file exist?",
+                              path.c_str()));
+}
+
 }  // namespace
 
 int cmd_import(Arguments& args) {
@@ -237,11 +243,7 @@ int cmd_getfile(Arguments& args) {
     if (file.empty()) return 0;
     const std::string path = absolute_path(file);
     const FileFacts facts = file_facts(path);
-    if (!facts.exists)
-        return refuse(
-            format_text("File [ %s ] not found.\nIn module FILE function IsFileCDFF\nSpelled correctly?\nPath correct?\n"
-                        "Does the file exist?",
-                        path.c_str()));
+    if (!facts.exists) return file_not_found(path);
     std::string reason;
     if (data_file_of(path, reason).empty()) return refuse(reason);
     if (facts.regular && facts.size < smallest_native_start)
@@ -253,13 +255,34 @@ int cmd_getfile(Arguments& args) {
         return 0;
 
     const FileClass file_class = facts.folder ? FileClass::foreign : classify_file(path);
-    if (file_class == FileClass::native || file_class == FileClass::swapped_native) return read_native(path);
+    if (file_class == FileClass::native) return read_native(path);
     if (file_class == FileClass::foreign) {
         const std::string text =
             format_text("Selected file: %s,\nis not a CDFF file.  \nWant to try an Auto Detect Import?", path.c_str());
         if (platform().question("Import ?", text, Buttons::yes_no) != Answer::yes) return 0;
     }
     return import_file(path, {});
+}
+
+int cmd_getfileb(Arguments& args) {
+    if (args.ask_usage()) return show_reply("GB or GetFileB or OpenFileB [file]");
+    std::string file = typed_path(args.next());
+    if (file.empty()) file = platform().file_dialog(FileChoice::open, "Open File B").value_or("");
+    if (file.empty()) return 0;
+    const std::string path = absolute_path(file);
+    if (!file_facts(path).exists) return file_not_found(path);
+    DataSet fresh;
+    if (!FileRead(path, fresh)) return 0;
+    show_b = std::move(fresh);
+    show.file_b = path;
+    return 1;
+}
+
+int cmd_zz(Arguments& /*args*/) {
+    const std::string& configured = settings.zz_file_path;
+    const std::string path = configured.empty() ? show.file_a : absolute_path(typed_path(configured));
+    if (path.empty()) return refuse("ZZ reads the file of the key ZZ_File_Path of ZOLT.INI, or File A again: there is neither.");
+    return file_facts(path).regular && read_native(path) != 0 ? 1 : refuse(format_text("Could not read file %s!", path.c_str()));
 }
 
 }  // namespace zolt

@@ -9,5 +9,7 @@ namespace zolt {
 int cmd_import(Arguments& args);
 /// GA [file]: makes a native file File A; a foreign one is offered to the import.
 int cmd_getfile(Arguments& args);
+int cmd_getfileb(Arguments& args);
+int cmd_zz(Arguments& args);
 
 }  // namespace zolt

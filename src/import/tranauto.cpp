@@ -119,7 +119,7 @@ bool output_allowed(const std::string& input, const std::string& output, std::st
 
 // The sense of a format's FIDs, for every dimension that still waits for its transform.
 void set_senses(const Format& format, bool swapped, DataSet& parameters) {
-    for (size_t d = 0; d < parameters.dims.size(); ++d) {
+    for (size_t d = 0; d < parameters.dims.size() && format.sense != 0; ++d) {
         Dimension& dimension = parameters.dims[d];
         dimension.sense = !dimension.frequency && (d == 0 || dimension.points > 1) ? format.sense : 1;
     }

@@ -11,4 +11,7 @@ namespace zolt {
 /// Turns a vector in a circle: its first `amount` points go to its end.
 void rotate_left(std::span<Complex> x, uint64_t amount);
 
+/// The mean of each block of x.size() / means.size() points.
+void average_blocks(std::span<const Complex> x, std::span<Complex> means);
+
 }  // namespace zolt

@@ -19,7 +19,7 @@ namespace {
 // Plans are made once and live as long as the program. Those of powers of two are found without a lock, because many
 // short vectors are transformed by several threads at once.
 struct PlanCache {
-    std::array<std::atomic<fftwf_plan>, 32 * 4> of_powers{};
+    std::array<std::atomic<fftwf_plan>, 128> of_powers{};  // four variants each
     std::map<size_t, fftwf_plan> of_others;
     std::mutex planning;  // the library's planner must not run twice at a time
 };
@@ -74,7 +74,7 @@ void reverse_bit_order(std::complex<double>* data, size_t n) {
 bool fft_available(std::complex<float>* data, size_t n, int direction) { return plan_or_none(data, n, direction) != nullptr; }
 
 int16_t float_fft_4_2(std::complex<float>* data, size_t n, int direction) {
-    const fftwf_plan plan = plan_or_none(data, n, direction);
+    fftwf_plan plan = plan_or_none(data, n, direction);
     if (plan == nullptr) return 0;
     auto* points = reinterpret_cast<fftwf_complex*>(data);
     fftwf_execute_dft(plan, points, points);

@@ -111,7 +111,8 @@ bool hilbert(std::span<Complex> x) {
 
 Rotation delay_rotation(double delay, size_t n, int domain_code) {
     const double first_order = -2 * std::numbers::pi * delay;
-    const double middle = domain_code == domain_real && n > 0 ? static_cast<double>(n / 2) / static_cast<double>(n) : 0;
+    const size_t half = n / 2;
+    const double middle = domain_code == domain_real && n > 0 ? static_cast<double>(half) / static_cast<double>(n) : 0;
     return {-first_order * middle, first_order, 0, 0, n};
 }
 

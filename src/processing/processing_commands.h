@@ -22,4 +22,10 @@ int cmd_zr(Arguments& args);
 int cmd_zn(Arguments& args);
 int cmd_21(Arguments& args);
 
+/// Averages blocks of `digit` points, of ten for 0.
+int average_data(int digit);
+
+template <int digit>
+int cmd_y(Arguments& /*args*/) { return average_data(digit); }
+
 }  // namespace zolt

@@ -7,6 +7,7 @@
 namespace zolt {
 
 DataSet show;
+DataSet show_b;
 
 DataRecord::DataRecord() {
     for (size_t d = 0; d < dims.size(); ++d) dims[d].order = static_cast<int>(d) + 1;

@@ -106,6 +106,8 @@ struct DataSet : DataRecord {
 
 /// The one current data set; alive for the whole run.
 extern DataSet show;
+/// File B: the secondary data set, for overlay and comparison. `show` holds its name.
+extern DataSet show_b;
 
 int CurrentArrayedLevel();
 

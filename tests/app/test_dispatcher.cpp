@@ -115,6 +115,16 @@ TEST_F(DispatcherTest, TheLogHoldsLinesThatWorkedWithTheirValues) {
     EXPECT_EQ(test::read_file(root_.path("ZOLT.LOG")), "LB 2.5\r\nEM 2.500000\r\nEM 1\r\nPC 0.000000 0.000000 0.000000\r\n");
 }
 
+TEST_F(DispatcherTest, AnAnswerThatASubRoutineWaitsForIsNoCommand) {
+    session.request_pending = true;
+    EXPECT_EQ(run("SF1 300"), 0);
+    EXPECT_EQ(show.dims[0].sf, 0) << "nothing is dispatched";
+    EXPECT_STREQ(GetCommandText(), ">");
+    EXPECT_EQ(run("SF1 300"), 1);
+    EXPECT_EQ(run("AR ?"), 2);
+    EXPECT_EQ(platform_.replies.back(), "Usage: ar < off / on /  complex /  pairwise / tppi2pairwise / 3D >");
+}
+
 TEST_F(DispatcherTest, CloseEndsTheLoop) {
     EXPECT_EQ(run("XX"), 1);
     EXPECT_EQ(platform_.closes, 1);

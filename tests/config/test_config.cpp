@@ -53,8 +53,12 @@ TEST_F(ConfigTest, ScratchFoldersOfDeadProcessesGoThoseOfLiveOnesStay) {
     ASSERT_TRUE(file_facts(mine).folder);
     EXPECT_EQ(folder_of(mine), root_.path());
     const std::string dead = folder_of(root_.write("zolt-scratch-999999-abcdef/CDFF1.TMP", "left over"));
-    remove_leftovers_of_dead_processes();
+    const std::string with_snapshot = folder_of(root_.write("zolt-scratch-999998-abcdef/Undo3.tmp", "a data set"));
+    remove_leftovers_of_dead_processes(Snapshots::keep_recent);
     EXPECT_FALSE(file_facts(dead).exists);
+    EXPECT_EQ(scratch_folders_of_dead_processes(), std::vector<std::string>{with_snapshot}) << "it may be recovered";
+    remove_leftovers_of_dead_processes(Snapshots::remove);
+    EXPECT_FALSE(file_facts(with_snapshot).exists);
     EXPECT_TRUE(file_facts(mine).folder) << "a living process's folder may not be taken";
     remove_scratch_folder();
     EXPECT_FALSE(file_facts(mine).exists);

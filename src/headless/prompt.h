@@ -1,0 +1,13 @@
+// The interactive prompt: a line with editing, history and completion of command words.
+#pragma once
+
+#include <string>
+
+namespace zolt {
+
+/// Asks for a line behind the prompt; false at the end of input.
+bool read_prompt_line(const char* prompt, std::string& line);
+/// Asks for an answer, which does not go into the history.
+bool read_prompt_answer(const std::string& prompt, std::string& answer);
+
+}  // namespace zolt
