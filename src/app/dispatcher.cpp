@@ -43,13 +43,15 @@ int post_control_key(char letter) {
 }  // namespace
 
 int DispatchCommand() {
-    if (IsUndoEnabled()) SaveUndoSnapshot();
-    session.no_log = false;
     const std::string line(typed_text());
+    // A typed control key acts as the key does: it is no command, and ^Y must still find what can be redone.
+    const bool control_key = line.size() > 1 && line[0] == '^';
+    if (IsUndoEnabled() && !control_key) SaveUndoSnapshot();
+    session.no_log = false;
     Arguments args(line);
     const std::string word = args.next();
     if (word.empty()) return 0;
-    if (line[0] == '^' && line.size() > 1) return post_control_key(line[1]);
+    if (control_key) return post_control_key(line[1]);
     if (const Command* command = find_command(word)) return run_command(*command, args);
     if (const Command* command = find_fallback(line)) return run_command(*command, args);
     suggest_commands(word);

@@ -5,6 +5,7 @@
 
 #include "app/keystrokes.h"
 #include "app/link_player.h"
+#include "app/startup.h"
 #include "state/session.h"
 
 namespace zolt {
@@ -38,8 +39,8 @@ bool run_main_loop() {
             const Message message = queue.front();
             queue.pop_front();
             if (message.kind == Message::Kind::close) {
-                closed = true;
-                platform().close_requested();
+                closed = may_close();
+                if (closed) platform().close_requested();
             } else {
                 handle_keystroke(message.character, message.source);
             }

@@ -2,8 +2,11 @@
 #include "app/startup.h"
 
 #include "app/undo.h"
+#include "common/file.h"
 #include "config/ini.h"
 #include "config/paths.h"
+#include "datafile/native_file.h"
+#include "platform/platform.h"
 #include "state/dataset.h"
 #include "state/session.h"
 
@@ -14,6 +17,32 @@ void start_up(const std::string& root, const std::string& ini) {
     remove_leftovers_of_dead_processes(Snapshots::keep_recent);
     read_ini(ini.empty() ? ini_path() : ini);
     show.phase = {static_cast<float>(settings.default_pa), static_cast<float>(settings.default_pb), static_cast<float>(settings.default_pc)};
+}
+
+namespace {
+
+bool save_file_a() {
+    const std::string path = show.file_a.empty() ? platform().file_dialog(FileChoice::save, "Save File A").value_or("") : show.file_a;
+    if (path.empty() || !FileWrite(absolute_path(path), show)) return false;
+    show.changed = false;
+    return true;
+}
+
+}  // namespace
+
+bool may_close() {
+    if (!show.loaded || !show.changed) return true;
+    if (show.dims[1].points > 1) {
+        platform().message("ZOLT", Icon::exclamation, "2D file.\nSingle step save not possible!");
+        return platform().question("ZOLT", "Leave without saving the changes?", Buttons::yes_no) == Answer::yes;
+    }
+    const std::string name = show.file_a.empty() ? "(untitled)" : show.file_a;
+    switch (platform().question("ZOLT", "Save current changes in " + name + "?", Buttons::yes_no_cancel)) {
+        case Answer::yes: return save_file_a();
+        case Answer::no: return true;
+        case Answer::cancel: break;
+    }
+    return false;
 }
 
 void shut_down() {

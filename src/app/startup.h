@@ -8,6 +8,8 @@ namespace zolt {
 /// Sets the root folder ("": found from the executable), reads the configuration ("": ZOLT.INI of the root) and clears
 /// away what killed processes left.
 void start_up(const std::string& root, const std::string& ini);
+/// Asks what becomes of unsaved changes before the program ends; false when it is to stay.
+bool may_close();
 /// Removes the scratch folder.
 void shut_down();
 

@@ -93,7 +93,14 @@ private:
     bool converse() {
         platform_.interactive = true;
         offer_recovery();
-        for (std::string line; !platform_.closing && read_prompt_line("> ", line);) carry_out_line(line);
+        for (std::string line; !platform_.closing;) {
+            if (read_prompt_line("> ", line)) {
+                carry_out_line(line);
+            } else {
+                post_close();  // Ctrl+D
+                run_main_loop();
+            }
+        }
         return true;
     }
 

@@ -132,6 +132,19 @@ TEST_F(DispatcherTest, CloseEndsTheLoop) {
     EXPECT_EQ(run("SF1 300"), -1) << "nothing is carried out any more";
 }
 
+TEST_F(DispatcherTest, ClosingAsksAboutUnsavedChanges) {
+    load(sample_points(8));
+    show.changed = true;
+    platform_.answers = {"cancel"};
+    run("EX");
+    EXPECT_EQ(platform_.questions.back(), "Save current changes in " + show.file_a + "?");
+    EXPECT_EQ(platform_.closes, 0);
+    platform_.answers = {"yes"};
+    run("EX");
+    EXPECT_EQ(platform_.closes, 1);
+    EXPECT_FALSE(test::read_file(show.file_a).empty());
+}
+
 TEST_F(DispatcherTest, Help) {
     EXPECT_EQ(run("Help lb"), 2);
     EXPECT_EQ(platform_.replies.back(), "  - LB or LineBroadening [Hz]: sets the line broadening that EM and GM use");

@@ -67,8 +67,10 @@ TEST_F(UndoTest, StepsBackAndForthAreExact) {
     EXPECT_EQ(platform_.statuses.back(), "0 Redo");
     redo();
     EXPECT_EQ(platform_.beeps, beeps + 2);
-    undo();
-    EXPECT_EQ(now(), states[states.size() - 2]) << "and back again";
+    run("^z");
+    EXPECT_EQ(now(), states[states.size() - 2]) << "and back again, the key typed as a line";
+    run("^y");
+    EXPECT_EQ(now(), states.back());
 }
 
 TEST_F(UndoTest, EqualStatesAreSteppedOverAndANewCommandDropsTheRest) {
