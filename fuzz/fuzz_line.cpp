@@ -66,10 +66,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     ResetCommandText();
     show = DataSet();
     if ((data[0] & 1) != 0) load_small_set();
-    for (size_t i = 1; i < size; ++i) post_character(data[i], LineSource::user);
-    post_character(13, LineSource::user);
-    run_main_loop();
-    // Data that grew without bounds (zero fill after zero fill) start again.
-    if (show.store.points() > 1 << 16) show = DataSet();
+    for (size_t i = 1; i <= size; ++i) {
+        post_character(i < size ? data[i] : 13, LineSource::user);
+        run_main_loop();
+        // Zero fill after zero fill would fill the memory, and the time.
+        if (show.store.points() > 1 << 18) load_small_set();
+    }
     return 0;
 }

@@ -40,11 +40,13 @@ TEST_F(ConfigTest, AMissingFileFallsBackOnTheFolderAboveThenIsReported) {
     EXPECT_TRUE(session.expert) << "settings are kept";
 }
 
-TEST_F(ConfigTest, EveryKeyIsNamedOnceAndExplained) {
+TEST_F(ConfigTest, EveryKeyIsNamedOnceExplainedAndInTheFileWeShip) {
     std::set<std::string> names;
+    const std::string shipped = test::read_file(ZOLT_INI);
     for (const SettingKey& key : setting_keys()) {
         EXPECT_TRUE(names.insert(upper(key.name)).second) << key.name << " stands twice";
         EXPECT_GT(std::string(key.help).size(), 10u) << key.name;
+        EXPECT_NE(shipped.find("\n" + std::string(key.name) + "="), shipped.find("\n;" + std::string(key.name) + "=")) << key.name;
     }
 }
 
