@@ -4,6 +4,7 @@
 #include "common/file.h"
 #include "common/numbers.h"
 #include "common/text.h"
+#include "datafile/dxb.h"
 #include "datafile/header.h"
 #include "datafile/native_file.h"
 #include "platform/platform.h"
@@ -75,7 +76,9 @@ int cmd_header(Arguments& args) {
     if (word.empty() || word == "?" || word == "/?")
         return show_reply(format_text(" - Current header version is %d", session.header_type));
     if (same_word(word, "length")) {
-        const size_t bytes = session.header_type == 1 ? short_header_bytes : full_header_bytes;
+        const size_t bytes = session.header_type == 1   ? short_header_bytes
+                             : session.header_type == 2 ? full_header_bytes
+                                                        : encode_dxb_header(show, DataSummary(), more_than_one_slice(), false).size();
         return show_reply(format_text(" - Header length is %d", static_cast<int>(bytes)));
     }
     const int64_t type = integer_or_zero(word);

@@ -16,10 +16,8 @@ namespace {
 
 constexpr uint64_t largest_tailer = 16 << 20;
 
-// Until files of type 3 are written, the full header of type 2 stands in for them.
-int written_type() { return session.header_type == 1 ? 1 : 2; }
-
-ByteOrder written_order() { return session.byte_order == 1 ? ByteOrder::little : ByteOrder::big; }
+// A file of type 3 says in its header that it is in Intel order.
+ByteOrder written_order() { return session.byte_order == 1 || session.header_type == 3 ? ByteOrder::little : ByteOrder::big; }
 
 bool fail(const std::string& text) {
     refuse(text);
@@ -49,10 +47,32 @@ bool write_failed(const std::string& path, const ReplacedFile& file) {
 const char* const wrong_marker_text =
     "Wrong key word found for file!\nIt is not a PC based CDFF file.\nTry a File / Import / Auto Detect\non this file.";
 
+namespace {
+
+constexpr uint64_t usual_dxb_header = 1 << 16, largest_dxb_header = 16 << 20;
+
+// The text header of type 3; most are short, ones with long lists are read again whole.
+std::string read_dxb_header(File& file, uint64_t size, NativeLayout& layout, DataSet& data) {
+    std::string wrong;
+    for (const uint64_t most : {usual_dxb_header, largest_dxb_header}) {
+        std::string text(static_cast<size_t>(std::min(size, most)), '\0');
+        if (!file.seek(0) || !file.read(text.data(), text.size())) return "it cannot be read to its end";
+        DataSet fresh;
+        wrong = decode_dxb_header(text, size, layout, fresh);
+        if (wrong.empty()) data = std::move(fresh);
+        if (wrong.empty() || size <= most) break;
+    }
+    return wrong;
+}
+
+}  // namespace
+
 std::string read_native_header(File& file, uint64_t size, NativeLayout& layout, DataSet& data) {
     std::array<unsigned char, full_header_bytes> bytes{};
-    const size_t start = static_cast<size_t>(std::min<uint64_t>(size, 20));
-    if (!file.seek(0) || !file.read(bytes.data(), start) || !decode_header_start({bytes.data(), start}, layout)) return wrong_marker_text;
+    const size_t start = static_cast<size_t>(std::min<uint64_t>(size, 512));
+    if (!file.seek(0) || !file.read(bytes.data(), start)) return wrong_marker_text;
+    if (is_dxb_start({reinterpret_cast<const char*>(bytes.data()), start})) return read_dxb_header(file, size, layout, data);
+    if (!decode_header_start({bytes.data(), start}, layout)) return wrong_marker_text;
     const size_t whole = layout.type == 2 ? full_header_bytes : short_header_bytes;
     if (size < whole || !file.seek(0) || !file.read(bytes.data(), whole)) return "it ends inside its header";
     return decode_header({bytes.data(), whole}, size, layout, data);
@@ -61,7 +81,7 @@ std::string read_native_header(File& file, uint64_t size, NativeLayout& layout, 
 void read_native_tailer(File& file, uint64_t size, const NativeLayout& layout, DataSet& data) {
     // Behind the planes of 3D and 4D files nothing follows the data.
     const uint64_t start = layout.slice_offset(layout.slices);
-    if (data.dims[2].points > 1 || data.dims[3].points > 1 || start >= size) return;
+    if (layout.type == 3 || data.dims[2].points > 1 || data.dims[3].points > 1 || start >= size) return;
     std::string text(static_cast<size_t>(std::min(size - start, largest_tailer)), '\0');
     if (file.seek(start) && file.read(text.data(), text.size())) read_tailer(text, data);
 }
@@ -69,10 +89,12 @@ void read_native_tailer(File& file, uint64_t size, const NativeLayout& layout, D
 FileClass classify_file(const std::string& path) {
     if (!file_facts(path).exists) return FileClass::missing;
     File file = open_for_reading(path);
-    std::array<unsigned char, 20> start{};
+    std::array<unsigned char, 512> start{};
     NativeLayout layout;
-    if (!file.read(start.data(), 16)) return FileClass::foreign;
-    if (!decode_header_start(start, layout)) return FileClass::foreign;
+    if (!file) return FileClass::foreign;
+    const size_t held = std::fread(start.data(), 1, start.size(), file.stream());
+    if (is_dxb_start({reinterpret_cast<const char*>(start.data()), held})) return FileClass::native;
+    if (held < 16 || !decode_header_start(start, layout)) return FileClass::foreign;
     if (layout.order == ByteOrder::big) return FileClass::swapped_native;
     return layout.data_type != 0 ? FileClass::integer_native : FileClass::native;
 }
@@ -90,24 +112,44 @@ bool FileRead(const std::string& path, DataSet& into) {
         platform().beep();
         return fail(wrong);
     }
+    if (wrong.ends_with('.') || wrong.ends_with("_header")) return fail(wrong);  // a sentence of its own
     if (!wrong.empty()) return fail(format_text("File %s cannot be read: %s.", path.c_str(), wrong.c_str()));
     if (layout.data_type != 0) return fail(format_text("File %s holds integers, which are not read directly. Use IM.", path.c_str()));
     if (!read_data_from_file(file, path, layout, 0, fresh)) return false;
     fresh.file_a = absolute_path(path);
-    fresh.path = folder_of(fresh.file_a);
     read_native_tailer(file, facts.size, layout, fresh);
+    if (fresh.path.empty()) fresh.path = folder_of(fresh.file_a);
     fresh.loaded = true;
     into = std::move(fresh);
     return true;
 }
 
-bool write_native_header(File& file, const DataSet& data) {
-    const auto header = encode_header(data, written_type(), written_order(), false);
+namespace {
+
+bool write_header(File& file, const DataSet& data, const DataSummary& summary, bool one_slice, NativeLayout& layout) {
+    layout = {};
+    layout.type = session.header_type;
+    layout.order = written_order();
+    layout.slices = one_slice ? 1 : static_cast<uint64_t>(data.dims[1].points);
+    layout.slice_bytes = static_cast<uint64_t>(data.pts1d()) * sizeof(Complex) + layout.prefix_bytes();
+    if (layout.type == 3) {
+        const std::string header = encode_dxb_header(data, summary, one_slice, false);
+        layout.header_bytes = header.size();
+        return file.write(header);
+    }
+    const auto header = encode_header(data, layout.type, layout.order, one_slice);
+    layout.header_bytes = header.size();
     return file.write(header.data(), header.size());
 }
 
+}  // namespace
+
+bool write_native_header(File& file, const DataSet& data, const DataSummary& summary, NativeLayout& layout) {
+    return write_header(file, data, summary, false, layout);
+}
+
 bool write_native_slice(File& file, std::span<const Complex> slice) {
-    if (written_type() == 1) {
+    if (session.header_type == 1) {
         std::array<unsigned char, 4> prefix{};
         store_word(prefix.data(), static_cast<uint32_t>(2 * slice.size()), written_order());
         if (!file.write(prefix.data(), prefix.size())) return false;
@@ -121,18 +163,14 @@ bool write_native_slice(File& file, std::span<const Complex> slice) {
 }
 
 bool write_native_tailer(File& file, const DataSet& data) {
-    if (data.dims[2].points > 1 || data.dims[3].points > 1) return true;
+    if (session.header_type == 3 || data.dims[2].points > 1 || data.dims[3].points > 1) return true;
     return file.write(tailer_text(data));
 }
 
 bool write_native_file(File& file, const DataSet& data, NativeLayout& layout) {
-    layout = {};
-    layout.type = written_type();
-    layout.order = written_order();
-    layout.header_bytes = layout.type == 1 ? short_header_bytes : full_header_bytes;
-    layout.slices = data.store.count();
-    layout.slice_bytes = data.store.points() * sizeof(Complex) + layout.prefix_bytes();
-    bool good = write_native_header(file, data);
+    DataSummary summary;
+    summary.add(data.store.all());
+    bool good = write_native_header(file, data, summary, layout);
     for (size_t i = 0; good && i < data.store.count(); ++i) good = write_native_slice(file, data.store.vector(i));
     return good && write_native_tailer(file, data);
 }
@@ -153,9 +191,12 @@ bool FileWrite(const std::string& path, const DataSet& data) {
     if (overwrite_refused(path)) return false;
     ReplacedFile file;
     if (!file.open(path)) return write_failed(path, file);
-    const auto header = encode_header(data, written_type(), written_order(), true);
-    if (!file.write(header.data(), header.size())) return fail("Could not write header in FileWrite.");
-    if (!write_native_slice(file, data.cvNMRdata()) || !file.write(tailer_text(data)) || !file.commit())
+    DataSummary summary;
+    summary.add(data.cvNMRdata());
+    NativeLayout layout;
+    if (!write_header(file, data, summary, true, layout)) return fail("Could not write header in FileWrite.");
+    const bool with_tailer = layout.type != 3;
+    if (!write_native_slice(file, data.cvNMRdata()) || (with_tailer && !static_cast<File&>(file).write(tailer_text(data))) || !file.commit())
         return fail(format_text("Failed trying to save file\n%s\nDisk Full ???", path.c_str()));
     return true;
 }

@@ -1,10 +1,11 @@
-// The native data file: classification, reading into a data set and writing of types 1 and 2.
+// The native data file in its three header types: classification, reading into a data set, writing.
 #pragma once
 
 #include <span>
 #include <string>
 
 #include "common/file.h"
+#include "datafile/dxb.h"
 #include "datafile/header.h"
 #include "state/dataset.h"
 
@@ -23,8 +24,9 @@ bool FileRead(const std::string& path, DataSet& into);
 bool FileWrite(const std::string& path, const DataSet& data);
 
 /// The pieces of a whole native file, for writers that produce one slice after another: header (the data set's counts),
-/// every slice in order, tailer. Each returns false when the disk does not take it.
-bool write_native_header(File& file, const DataSet& data);
+/// every slice in order, tailer. Each returns false when the disk does not take it. The header of type 3 describes the
+/// points, which are summarised beforehand; `layout` tells where the slices will stand.
+bool write_native_header(File& file, const DataSet& data, const DataSummary& summary, NativeLayout& layout);
 bool write_native_slice(File& file, std::span<const Complex> slice);
 bool write_native_tailer(File& file, const DataSet& data);
 

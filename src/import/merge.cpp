@@ -38,39 +38,58 @@ bool TemporaryFiles::open(std::string& message) {
     return true;
 }
 
-bool merge_parts(File& real, File& imaginary, const DataSet& parameters, bool swap, File& output, std::string& message) {
-    const auto fail = [&](std::string text) {
-        message = std::move(text);
-        return false;
-    };
-    const auto points = static_cast<uint64_t>(parameters.dims[0].points);
+namespace {
+
+uint64_t rows_of(const DataSet& parameters) {
     uint64_t rows = 1;
     for (size_t d = 1; d < 4; ++d) rows *= static_cast<uint64_t>(parameters.dims[d].points);
+    return rows;
+}
 
-    const uint64_t rows_at_a_time = std::clamp<uint64_t>(points_at_a_time / points, 1, rows);
+// Calls use(rows of complex pairs, number of rows done with them) for some rows at a time; an empty text on success.
+template <class Use>
+std::string each_rows(File& real, File& imaginary, const DataSet& parameters, bool swap, Use use) {
+    const auto points = static_cast<uint64_t>(parameters.dims[0].points);
+    const uint64_t rows = rows_of(parameters), rows_at_a_time = std::clamp<uint64_t>(points_at_a_time / points, 1, rows);
     Buffer<float> first, second;
     Buffer<Complex> pairs;
-    if (!first.allocate(points * rows_at_a_time) || !second.allocate(points * rows_at_a_time) ||
-        !pairs.allocate(points * rows_at_a_time))
-        return fail(format_text("There is no memory for a row of %llu points.", static_cast<unsigned long long>(points)));
-    if (!real.seek(0)) return fail("Can't move file pointer to desired location in temporary file #1.");
-    if (!imaginary.seek(0)) return fail("Can't move file pointer to desired location in temporary file #2.");
-
+    if (!first.allocate(points * rows_at_a_time) || !second.allocate(points * rows_at_a_time) || !pairs.allocate(points * rows_at_a_time))
+        return format_text("There is no memory for a row of %llu points.", static_cast<unsigned long long>(points));
+    if (!real.seek(0)) return "Can't move file pointer to desired location in temporary file #1.";
+    if (!imaginary.seek(0)) return "Can't move file pointer to desired location in temporary file #2.";
     for (uint64_t row = 0; row < rows; row += rows_at_a_time) {
         const uint64_t count = std::min(rows_at_a_time, rows - row);
         const size_t values = count * points;
-        if (!real.read(first.data(), values * sizeof(float))) return fail("Temporary file 1 ends before the last row.");
-        if (!imaginary.read(second.data(), values * sizeof(float))) return fail("Temporary file 2 ends before the last row.");
+        if (!real.read(first.data(), values * sizeof(float))) return "Temporary file 1 ends before the last row.";
+        if (!imaginary.read(second.data(), values * sizeof(float))) return "Temporary file 2 ends before the last row.";
         const float* re = swap ? second.data() : first.data();
         const float* im = swap ? first.data() : second.data();
         for (size_t i = 0; i < values; ++i) pairs[i] = {re[i], im[i]};
-        for (uint64_t r = 0; r < count; ++r)
-            if (!write_native_slice(output, pairs.span().subspan(r * points, points)))
-                return fail("The output file cannot be written.\nDisk Full ???");
-        if (row + count < rows && !platform().progress(static_cast<double>(row + count) / static_cast<double>(rows)))
-            return fail("The import was cancelled.");
+        std::string wrong = use(pairs.span().first(values), row + count);
+        if (!wrong.empty()) return wrong;
     }
-    return true;
+    return {};
+}
+
+}  // namespace
+
+bool summarize_parts(File& real, File& imaginary, const DataSet& parameters, bool swap, DataSummary& summary) {
+    return each_rows(real, imaginary, parameters, swap, [&](std::span<const Complex> pairs, uint64_t) {
+               summary.add(pairs);
+               return std::string();
+           }).empty();
+}
+
+bool merge_parts(File& real, File& imaginary, const DataSet& parameters, bool swap, File& output, std::string& message) {
+    const auto points = static_cast<size_t>(parameters.dims[0].points);
+    const uint64_t rows = rows_of(parameters);
+    message = each_rows(real, imaginary, parameters, swap, [&](std::span<const Complex> pairs, uint64_t done) -> std::string {
+        for (size_t at = 0; at < pairs.size(); at += points)
+            if (!write_native_slice(output, pairs.subspan(at, points))) return "The output file cannot be written.\nDisk Full ???";
+        const bool go_on = done == rows || platform().progress(static_cast<double>(done) / static_cast<double>(rows));
+        return go_on ? "" : "The import was cancelled.";
+    });
+    return message.empty();
 }
 
 }  // namespace zolt

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "common/file.h"
+#include "datafile/dxb.h"
 #include "state/dataset.h"
 
 namespace zolt {
@@ -26,6 +27,9 @@ private:
     std::array<File, 3> files_;
     std::array<std::string, 3> paths_;
 };
+
+/// Goes once over the parts for what a header says of the points. False when they cannot be read.
+bool summarize_parts(File& real, File& imaginary, const DataSet& parameters, bool swap, DataSummary& summary);
 
 /// Writes the slices of a native file behind its header: for every row of dimensions 2 to 4 the complex pairs of both
 /// temporary files. `swap` puts the value of the second file first in each pair. False with the message.

@@ -135,7 +135,10 @@ bool write_output(TemporaryFiles& temporary, const DataSet& parameters, bool swa
         message = format_text("Unable to open output file\n%s\nfor writing!", path.c_str());
         return false;
     }
-    if (!write_native_header(output, parameters)) {
+    DataSummary summary;
+    NativeLayout layout;
+    if (!summarize_parts(temporary.file(1), temporary.file(2), parameters, swap, summary) ||
+        !write_native_header(output, parameters, summary, layout)) {
         message = "The output file cannot be written.\nDisk Full ???";
         return false;
     }

@@ -17,6 +17,8 @@ using test::sample_points;
 
 class NativeFileTest : public CommandTest {
 protected:
+    NativeFileTest() { session.header_type = 2; }
+
     /// A data set in which every field that a full header carries has a value of its own.
     static DataSet full_data_set(size_t points) {
         DataSet data;
@@ -260,6 +262,7 @@ TEST_F(NativeFileTest, ASliceOfALargerSetIsSavedAsOneDimensional) {
 }
 
 TEST_F(NativeFileTest, HeaderCommand) {
+    session.header_type = 3;
     EXPECT_EQ(run("header ?"), 2);
     EXPECT_EQ(platform_.replies.back(), " - Current header version is 3");
     run("header 2");

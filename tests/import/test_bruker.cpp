@@ -501,12 +501,12 @@ TEST_F(BrukerImport, MergesRowsInOrder) {
         }
         const std::string path = root_.path("merged");
         ReplacedFile output;
-        ASSERT_TRUE(output.open(path) && write_native_header(output, set));
+        ASSERT_TRUE(output.open(path));
         ASSERT_TRUE(merge_parts(files.file(1), files.file(2), set, swap, output, message) && output.commit()) << message;
         const std::string bytes = test::read_file(path);
-        ASSERT_EQ(bytes.size(), 4104U + 60 * 8);
+        ASSERT_EQ(bytes.size(), 60U * 8);
         for (int i = 0; i < 60; ++i) {
-            const float first = load_word<float>(bytes.data() + 4104 + 8 * i, ByteOrder::little);
+            const float first = load_word<float>(bytes.data() + 8 * i, ByteOrder::little);
             EXPECT_EQ(first, swap ? static_cast<float>(-1000 - i) : static_cast<float>(i));
         }
         // A part that is too short is noticed.

@@ -15,6 +15,8 @@ using test::sample_points;
 
 class NativeImportTest : public CommandTest {
 protected:
+    NativeImportTest() { session.header_type = 2; }
+
     /// A file of three slices of 8 points, in the byte order of session.byte_order.
     std::string three_slices(const std::string& name) {
         DataSet data;

@@ -1,0 +1,35 @@
+// The JCAMP-DXB form of native files (header type 3): a JCAMP-DX text header, control-Z, then the points.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+#include "datafile/header.h"
+#include "state/dataset.h"
+
+namespace zolt {
+
+/// What the header's table description says of the points: first, last, smallest and largest parts.
+struct DataSummary {
+    Complex first, last, smallest, largest;
+    bool empty = true;
+
+    /// Takes further points, in the order of the file.
+    void add(std::span<const Complex> points);
+};
+
+/// The header, control-Z included. `one_slice` describes the current slice alone; `exported` is the form of a full
+/// export instead of a native save.
+std::string encode_dxb_header(const DataSet& data, const DataSummary& summary, bool one_slice, bool exported);
+
+/// True when a file that begins so is of this form.
+bool is_dxb_start(std::string_view start);
+
+/// Takes a header (the text before control-Z and the byte behind it) into the data set and completes the layout. An
+/// empty text on success, else what is wrong with it.
+std::string decode_dxb_header(std::string_view text, uint64_t file_bytes, NativeLayout& layout, DataSet& data);
+
+constexpr char control_z = 0x1A;
+
+}  // namespace zolt
