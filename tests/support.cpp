@@ -53,7 +53,9 @@ std::optional<std::string> RecordingPlatform::process_box(std::string_view promp
     return next_answer();
 }
 
-void RecordingPlatform::status(int pane, std::string_view text) { statuses.push_back(format_text("%d ", pane) + std::string(text)); }
+void RecordingPlatform::status(int pane, std::string_view text) {
+    statuses.push_back(format_text("%d ", pane) + std::string(text));
+}
 
 void RecordingPlatform::line_done(std::string_view text, int result, LineSource) {
     lines.emplace_back(text);

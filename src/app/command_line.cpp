@@ -76,7 +76,8 @@ int ExecuteCommandLine(int key, LineSource source) {
     session.log_line.clear();
     int result = 0;
     if (too_long)
-        platform().message("ZOLT", Icon::exclamation, "The command line holds at most 254 characters. The line was longer and was not carried out.");
+        platform().message("ZOLT", Icon::exclamation,
+                           "The command line holds at most 254 characters. The line was longer and was not carried out.");
     else
         result = DispatchCommand();
 
@@ -91,7 +92,7 @@ int ExecuteCommandLine(int key, LineSource source) {
         if (session.link_running && key != 13 && key != 10) platform().status(0, line + " - Not a Valid Command");
     }
     ResetCommandText();
-    platform().redraw();
+    RedrawDisplay();
     platform().line_done(line, result, source);
     return result;
 }

@@ -18,7 +18,7 @@ enum CommandFlags : unsigned {
 
 struct Command {
     const char* keyword;
-    Handler handler;      ///< nullptr: planned, returns 0
+    Handler handler;  ///< nullptr: planned, returns 0
     unsigned flags;
     const char* usage;
     const char* summary;

@@ -15,6 +15,8 @@
 
 namespace zolt {
 
+void RedrawDisplay() { platform().redraw(); }
+
 namespace {
 
 int run_command(const Command& command, Arguments& args) {
@@ -27,7 +29,7 @@ int run_command(const Command& command, Arguments& args) {
     if ((command.flags & needs_data) != 0 && !show.loaded && !args.ask_usage())
         return refuse(format_text("%s needs a data set.\nOpen one with GA or import one with IM.", command.keyword));
     const int result = command.handler(args);
-    if (result == 1 && (command.flags & redraws) != 0) platform().redraw();
+    if (result == 1 && (command.flags & redraws) != 0) RedrawDisplay();
     return result;
 }
 
@@ -36,7 +38,7 @@ int post_control_key(char letter) {
     const int character = upper(letter) - 64;
     platform().character_posted(character);
     post_character(character, LineSource::user);
-    platform().redraw();
+    RedrawDisplay();
     return 1;
 }
 

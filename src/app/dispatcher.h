@@ -7,4 +7,7 @@ namespace zolt {
 /// text and log entry.
 int DispatchCommand();
 
+/// Asks for a redraw of the display, as nearly every command does after its work.
+void RedrawDisplay();
+
 }  // namespace zolt

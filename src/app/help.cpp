@@ -33,7 +33,8 @@ void suggest_commands(std::string_view word) {
     for (const Command& command : command_table())
         if (command.handler != nullptr && !command.shadowed && starts_with_word(command.keyword, word) && ++count <= 8)
             found += (found.empty() ? "" : ", ") + std::string(command.keyword);
-    if (count > 0) platform().reply(format_text("  - There is no command %s. Beginning so: %s", std::string(word).c_str(), found.c_str()));
+    if (count > 0)
+        platform().reply(format_text("  - There is no command %s. Beginning so: %s", std::string(word).c_str(), found.c_str()));
 }
 
 int cmd_help(Arguments& args) {

@@ -2,6 +2,7 @@
 #include "app/keystrokes.h"
 
 #include "app/command_line.h"
+#include "app/dispatcher.h"
 #include "app/undo.h"
 
 namespace zolt {
@@ -15,7 +16,7 @@ void handle_control_key(int key) {
     const bool stepped = key == key_undo ? undo_step() : key == key_redo && redo_step();
     if (!stepped) return platform().beep();
     platform().status(0, key == key_undo ? "Undo" : "Redo");
-    platform().redraw();
+    RedrawDisplay();
 }
 
 }  // namespace
@@ -23,13 +24,18 @@ void handle_control_key(int key) {
 void handle_keystroke(int character, LineSource source) {
     switch (character) {
         case key_enter:
-        case key_line_feed: ExecuteCommandLine(character, source); return;
+        case key_line_feed:
+            ExecuteCommandLine(character, source);
+            return;
         case key_backspace:
         case key_delete:
             if (!delete_last_character()) platform().beep();
             return;
-        case key_escape: ResetCommandText(); return;
-        default: break;
+        case key_escape:
+            ResetCommandText();
+            return;
+        default:
+            break;
     }
     if (character < 32) return handle_control_key(character);
     const bool empty = typed_text().empty();

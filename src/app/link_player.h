@@ -16,6 +16,8 @@ void stop_link();
 int play_link(int number);
 
 template <int number>
-int cmd_link(Arguments& /*args*/) { return play_link(number); }
+int cmd_link(Arguments& /*args*/) {
+    return play_link(number);
+}
 
 }  // namespace zolt

@@ -16,13 +16,15 @@ void start_up(const std::string& root, const std::string& ini) {
     set_root_path(root);
     remove_leftovers_of_dead_processes(Snapshots::keep_recent);
     read_ini(ini.empty() ? ini_path() : ini);
-    show.phase = {static_cast<float>(settings.default_pa), static_cast<float>(settings.default_pb), static_cast<float>(settings.default_pc)};
+    show.phase = {static_cast<float>(settings.default_pa), static_cast<float>(settings.default_pb),
+                  static_cast<float>(settings.default_pc)};
 }
 
 namespace {
 
 bool save_file_a() {
-    const std::string path = show.file_a.empty() ? platform().file_dialog(FileChoice::save, "Save File A").value_or("") : show.file_a;
+    const std::string path =
+        show.file_a.empty() ? platform().file_dialog(FileChoice::save, "Save File A").value_or("") : show.file_a;
     if (path.empty() || !FileWrite(absolute_path(path), show)) return false;
     show.changed = false;
     return true;
@@ -38,9 +40,12 @@ bool may_close() {
     }
     const std::string name = show.file_a.empty() ? "(untitled)" : show.file_a;
     switch (platform().question("ZOLT", "Save current changes in " + name + "?", Buttons::yes_no_cancel)) {
-        case Answer::yes: return save_file_a();
-        case Answer::no: return true;
-        case Answer::cancel: break;
+        case Answer::yes:
+            return save_file_a();
+        case Answer::no:
+            return true;
+        case Answer::cancel:
+            break;
     }
     return false;
 }

@@ -54,9 +54,7 @@ std::string find_companion(const std::string& folder, std::string_view name) {
 
 bool File::seek(uint64_t offset) { return stream_ != nullptr && ::fseeko(stream_, static_cast<off_t>(offset), SEEK_SET) == 0; }
 
-bool File::read(void* to, size_t size) {
-    return stream_ != nullptr && (size == 0 || std::fread(to, 1, size, stream_) == size);
-}
+bool File::read(void* to, size_t size) { return stream_ != nullptr && (size == 0 || std::fread(to, 1, size, stream_) == size); }
 
 bool File::write(const void* from, size_t size) {
     return stream_ != nullptr && (size == 0 || std::fwrite(from, 1, size, stream_) == size);

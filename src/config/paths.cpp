@@ -72,7 +72,8 @@ bool holds_recent_snapshot(const fs::path& folder) {
     std::error_code error;
     for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
         std::error_code ignored;
-        if (is_snapshot_name(entry->path().filename().string()) && fs::file_time_type::clock::now() - entry->last_write_time(ignored) < week)
+        if (is_snapshot_name(entry->path().filename().string()) &&
+            fs::file_time_type::clock::now() - entry->last_write_time(ignored) < week)
             return true;
     }
     return false;
@@ -91,8 +92,8 @@ bool make_scratch_folder(const std::string& parent) {
     std::string name = parent + "/zolt-new-XXXXXX";
     if (::mkdtemp(name.data()) == nullptr) return false;
     const int lock = lock_folder(name);
-    const std::string path = format_text("%s/%s%d%s", parent.c_str(), std::string(scratch_prefix).c_str(), static_cast<int>(::getpid()),
-                                         name.substr(name.size() - 7).c_str());
+    const std::string path = format_text("%s/%s%d%s", parent.c_str(), std::string(scratch_prefix).c_str(),
+                                         static_cast<int>(::getpid()), name.substr(name.size() - 7).c_str());
     if (lock < 0 || ::rename(name.c_str(), path.c_str()) != 0) {
         if (lock >= 0) ::close(lock);
         ::rmdir(name.c_str());

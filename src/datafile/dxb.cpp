@@ -57,27 +57,40 @@ struct Row {
 
 // A text of the data set in one line.
 std::string one_line(std::string text) {
-    std::replace_if(text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n' || c == control_z; }, ' ');
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n' || c == control_z; }, ' ');
     return text;
 }
 
 template <std::string DataRecord::*text>
-std::string write_text(const Source& from) { return "=" + one_line(from.data.*text); }
+std::string write_text(const Source& from) {
+    return "=" + one_line(from.data.*text);
+}
 
 template <std::string DataRecord::*text>
-void read_text(std::string_view value, DataSet& to) { to.*text = cut(value, longest_text); }
+void read_text(std::string_view value, DataSet& to) {
+    to.*text = cut(value, longest_text);
+}
 
 template <size_t index>
-std::string write_name(const Source& from) { return "=" + one_line(from.data.names[index]); }
+std::string write_name(const Source& from) {
+    return "=" + one_line(from.data.names[index]);
+}
 
 template <size_t index>
-void read_name(std::string_view value, DataSet& to) { to.names[index] = cut(value, longest_text); }
+void read_name(std::string_view value, DataSet& to) {
+    to.names[index] = cut(value, longest_text);
+}
 
 template <size_t d>
-std::string write_nucleus(const Source& from) { return "=" + one_line(from.data.dims[d].nucleus); }
+std::string write_nucleus(const Source& from) {
+    return "=" + one_line(from.data.dims[d].nucleus);
+}
 
 template <size_t d>
-void read_nucleus(std::string_view value, DataSet& to) { to.dims[d].nucleus = same_word(trimmed(value), "n/a") ? "" : cut(trimmed(value), longest_text); }
+void read_nucleus(std::string_view value, DataSet& to) {
+    to.dims[d].nucleus = same_word(trimmed(value), "n/a") ? "" : cut(trimmed(value), longest_text);
+}
 
 // Four values, one a dimension, in a printf form for each.
 template <class Value>
@@ -112,7 +125,8 @@ std::string write_ints(const Source& from) {
 }
 template <int Dimension::*member>
 void read_ints(std::string_view value, DataSet& to) {
-    each_value(value, 4, [&](size_t d, std::string_view field) { to.dims[d].*member = static_cast<int16_t>(integer_or_zero(field)); });
+    each_value(value, 4,
+               [&](size_t d, std::string_view field) { to.dims[d].*member = static_cast<int16_t>(integer_or_zero(field)); });
 }
 
 template <size_t order>
@@ -121,7 +135,9 @@ std::string write_totals(const Source& from, const char* separator) {
 }
 template <size_t order>
 void read_totals(std::string_view value, DataSet& to) {
-    each_value(value, 4, [&](size_t d, std::string_view field) { to.dims[d].phase_totals[order] = static_cast<float>(number_or_zero(field)); });
+    each_value(value, 4, [&](size_t d, std::string_view field) {
+        to.dims[d].phase_totals[order] = static_cast<float>(number_or_zero(field));
+    });
 }
 std::string write_broadenings(const Source& from, const char* separator) {
     return "= " + four("%f", separator, [&](size_t d) { return double{from.data.dims[d].carried[4]}; });
@@ -134,7 +150,8 @@ std::string write_parameter(const Source& from) {
 }
 template <size_t p>
 void read_parameter(std::string_view value, DataSet& to) {
-    each_value(value, 4, [&](size_t d, std::string_view field) { to.dims[d].carried[p] = static_cast<float>(number_or_zero(field)); });
+    each_value(value, 4,
+               [&](size_t d, std::string_view field) { to.dims[d].carried[p] = static_cast<float>(number_or_zero(field)); });
 }
 
 std::string write_nothing(const Source&) { return ""; }
@@ -219,7 +236,8 @@ const Row rows[] = {
     {"##DATA Class", [](S) { return std::string("= NTUPLES"); }},
     {"##ORIGIN", [](S f) { return std::string("= ") + f.origin(); }},
     {"##OWNER", write_text<&DataRecord::owner>, read_text<&DataRecord::owner>},
-    {"##SPECTROMETER/DATA SYSTEM", [](S f) { return "= " + (f.data.source.empty() ? f.origin() : one_line(f.data.source)); }, read_system},
+    {"##SPECTROMETER/DATA SYSTEM", [](S f) { return "= " + (f.data.source.empty() ? f.origin() : one_line(f.data.source)); },
+     read_system},
     {"##INSTRUMENTAL PARAMETERS", write_nucleus<0>},
     {"##.OBSERVE FREQUENCY", [](S f) { return real(f.data.dims[0].sf); }},
     {"##.OBSERVE NUCLEUS", write_nucleus<0>},
@@ -295,7 +313,9 @@ const Row rows[] = {
     {"##$WORDS", write_words, read_words},
     {"##$PARAMETER_BLOCK", write_block, read_block},
     {"##$SENSE", write_ints<&Dimension::sense>,
-     [](V v, DataSet& to) { each_value(v, 4, [&](size_t d, V field) { to.dims[d].sense = integer_or_zero(field) < 0 ? -1 : 1; }); }},
+     [](V v, DataSet& to) {
+         each_value(v, 4, [&](size_t d, V field) { to.dims[d].sense = integer_or_zero(field) < 0 ? -1 : 1; });
+     }},
     {"##$GROUP_DELAY", [](S f) { return format_text("=%.17g", f.data.group_delay); },
      [](V v, DataSet& d) { d.group_delay = number_or_zero(v); }},
     {"$$ End of ZOLT specific parameters", write_nothing},
@@ -303,7 +323,11 @@ const Row rows[] = {
 
 const Row table_rows[] = {
     {"##NTUPLES", [](S f) { return std::string("= ") + f.data_type(); }},
-    {"##VAR_NAME", [](S f) { return std::string(f.spectrum() ? "= PPM, SPECTRUM/REAL, SPECTRUM/IMAG, PAGE NUMBER" : "= SEC, FID/REAL, FID/IMAG, PAGE NUMBER"); }},
+    {"##VAR_NAME",
+     [](S f) {
+         return std::string(f.spectrum() ? "= PPM, SPECTRUM/REAL, SPECTRUM/IMAG, PAGE NUMBER"
+                                         : "= SEC, FID/REAL, FID/IMAG, PAGE NUMBER");
+     }},
     {"##SYMBOL", [](S) { return std::string("= X, R, I, N"); }},
     {"##VAR_TYPE", [](S) { return std::string("= INDEPENDENT, DEPENDENT, DEPENDENT, PAGE"); }},
     {"##VAR_FORM", [](S) { return std::string("= AFFN, AFFN, AFFN, AFFN"); }},
@@ -343,7 +367,8 @@ void take_line(std::string_view line, DataSet& data) {
 std::string check_counts(const Binary& binary, uint64_t file_bytes, NativeLayout& layout, DataSet& data) {
     int64_t all = 1;
     for (size_t d = 0; d < 4; ++d) {
-        if (data.dims[d].points < 1) return format_text("dimension %zu has %d points", d + 1, static_cast<int>(data.dims[d].points));
+        if (data.dims[d].points < 1)
+            return format_text("dimension %zu has %d points", d + 1, static_cast<int>(data.dims[d].points));
         if (all > INT64_MAX / 16 / data.dims[d].points) return "its point counts are larger than any file";
         all *= data.dims[d].points;
     }

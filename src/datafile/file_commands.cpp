@@ -7,6 +7,7 @@
 #include "datafile/dxb.h"
 #include "datafile/header.h"
 #include "datafile/native_file.h"
+#include "datafile/slice.h"
 #include "platform/platform.h"
 #include "state/dataset.h"
 #include "state/session.h"
@@ -34,8 +35,9 @@ bool may_save_as(const std::string& path) {
     }
     if (playing_back()) return true;
     if (path == show.file_a)
-        return agreed("Save File A",
-                      "Slected name has the same name as File A.\nProceeding saves the entire 2D data set\nAre you REALLY sure?\n\n");
+        return agreed(
+            "Save File A",
+            "Slected name has the same name as File A.\nProceeding saves the entire 2D data set\nAre you REALLY sure?\n\n");
     return may_replace(path);
 }
 
@@ -51,8 +53,9 @@ int cmd_savefile(Arguments& args) {
         return refuse(format_text("Saving a file in Arrayed mode level %d is not supported", CurrentArrayedLevel()));
     const bool slice_only = more_than_one_slice();
     if (slice_only)
-        platform().message("Save File A", Icon::exclamation,
-                           "2D file in Non Arrayed Mode  ! !\n\nThe displayed file slice\nwill be saved as a 1D file\nusing a new name.\n");
+        platform().message(
+            "Save File A", Icon::exclamation,
+            "2D file in Non Arrayed Mode  ! !\n\nThe displayed file slice\nwill be saved as a 1D file\nusing a new name.\n");
     if (!may_save_as(path) || !FileWrite(path, show)) return 0;
     show.changed = false;
     if (!slice_only) show.file_a = path;
@@ -76,9 +79,10 @@ int cmd_header(Arguments& args) {
     if (word.empty() || word == "?" || word == "/?")
         return show_reply(format_text(" - Current header version is %d", session.header_type));
     if (same_word(word, "length")) {
-        const size_t bytes = session.header_type == 1   ? short_header_bytes
-                             : session.header_type == 2 ? full_header_bytes
-                                                        : encode_dxb_header(show, DataSummary(), more_than_one_slice(), false).size();
+        const size_t bytes = session.header_type == 1 ? short_header_bytes
+                             : session.header_type == 2
+                                 ? full_header_bytes
+                                 : encode_dxb_header(show, DataSummary(), more_than_one_slice(), false).size();
         return show_reply(format_text(" - Header length is %d", static_cast<int>(bytes)));
     }
     const int64_t type = integer_or_zero(word);
@@ -89,6 +93,18 @@ int cmd_header(Arguments& args) {
     session.header_type = static_cast<int>(type);
     platform().reply(format_text("  - Header Version set to %d", session.header_type));
     return 1;
+}
+
+int cmd_slice(Arguments& args) {
+    if (args.ask_usage()) return show_reply("SL or Slice [number / + / -]");
+    const std::string word = args.next();
+    if (word.empty()) return show_reply(format_text("  - Slice %d of %d", show.slice + 1, show.dims[1].points));
+    // The user counts from 1.
+    if (word == "+") return set_sliceA(int64_t{show.slice} + 1) ? 1 : 0;
+    if (word == "-") return set_sliceA(int64_t{show.slice} - 1) ? 1 : 0;
+    const auto number = leading_number(word);
+    if (!number) return show_reply("  - " + word + " is no slice number.");
+    return set_sliceA(integer_or_zero(word) - 1) ? 1 : 0;
 }
 
 }  // namespace zolt

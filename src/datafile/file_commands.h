@@ -1,4 +1,4 @@
-// Handlers that save data sets and set how they are saved.
+// Handlers that save data sets, set how they are saved, and select their slices.
 #pragma once
 
 #include "common/arguments.h"
@@ -8,5 +8,6 @@ namespace zolt {
 int cmd_savefile(Arguments& args);
 int cmd_savefileb(Arguments& args);
 int cmd_header(Arguments& args);
+int cmd_slice(Arguments& args);
 
 }  // namespace zolt

@@ -111,7 +111,8 @@ std::string decode_header(std::span<const unsigned char> bytes, uint64_t file_by
     const int64_t length = words.integer(at::length);
     const uint64_t smallest = layout.type == 2 ? full_header_bytes : short_header_bytes;
     layout.header_bytes = length < 0 ? 0 : 4 * static_cast<uint64_t>(length) + 8;
-    if (layout.header_bytes < smallest) return format_text("its header length of %lld words is too small", static_cast<long long>(length));
+    if (layout.header_bytes < smallest)
+        return format_text("its header length of %lld words is too small", static_cast<long long>(length));
 
     data.words.a = words.integer(at::word_a);
     data.words.write_stamp = words.integer(at::stamp);

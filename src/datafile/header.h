@@ -17,8 +17,8 @@ constexpr size_t full_header_bytes = 4104;
 /// Where the slices of a native file stand.
 struct NativeLayout {
     ByteOrder order = ByteOrder::little;
-    int type = 2;              ///< 1 or 2
-    int32_t data_type = 0;     ///< 0: floating point
+    int type = 2;           ///< 1 or 2
+    int32_t data_type = 0;  ///< 0: floating point
     uint64_t header_bytes = 0;
     uint64_t slice_bytes = 0;  ///< with the count word of type 1
     uint64_t slices = 0;

@@ -25,13 +25,15 @@ bool fail(const std::string& text) {
 }
 
 std::string missing_file_text(const std::string& path) {
-    return format_text("File [ %s ] not found.\nIn Module FILE function FileRead\nSpelled correctly?\nPath correct?\nDoes the file exist?",
-                       path.c_str());
+    return format_text(
+        "File [ %s ] not found.\nIn Module FILE function FileRead\nSpelled correctly?\nPath correct?\nDoes the file exist?",
+        path.c_str());
 }
 
 // One slice into the only vector of the record.
 bool read_data_from_file(File& file, const std::string& path, const NativeLayout& layout, uint64_t slice, DataSet& data) {
-    if (CurrentArrayedLevel() != 0) return fail(format_text("Try to read a file in Arrayed Mode level = %d  ???", CurrentArrayedLevel()));
+    if (CurrentArrayedLevel() != 0)
+        return fail(format_text("Try to read a file in Arrayed Mode level = %d  ???", CurrentArrayedLevel()));
     if (!data.store.allocate(1, static_cast<size_t>(data.pts1d())))
         return fail("Memory allocation failure for read_data_from_file in File.cp");
     if (read_native_slice(file, layout, slice, data.store.all())) return true;
@@ -39,7 +41,8 @@ bool read_data_from_file(File& file, const std::string& path, const NativeLayout
 }
 
 bool write_failed(const std::string& path, const ReplacedFile& file) {
-    return fail(format_text("Unable to open file\n%s\nfor writing!\n Error Code %ld", path.c_str(), static_cast<long>(file.error())));
+    return fail(
+        format_text("Unable to open file\n%s\nfor writing!\n Error Code %ld", path.c_str(), static_cast<long>(file.error())));
 }
 
 }  // namespace
@@ -103,7 +106,9 @@ bool FileRead(const std::string& path, DataSet& into) {
     const FileFacts facts = file_facts(path);
     if (!facts.exists) return fail(missing_file_text(path));
     File file = open_for_reading(path);
-    if (!file) return fail(format_text("File %s cannot be opened for reading: it is no ordinary file, or you may not read it.", path.c_str()));
+    if (!file)
+        return fail(
+            format_text("File %s cannot be opened for reading: it is no ordinary file, or you may not read it.", path.c_str()));
 
     DataSet fresh;
     NativeLayout layout;
@@ -114,7 +119,8 @@ bool FileRead(const std::string& path, DataSet& into) {
     }
     if (wrong.ends_with('.') || wrong.ends_with("_header")) return fail(wrong);  // a sentence of its own
     if (!wrong.empty()) return fail(format_text("File %s cannot be read: %s.", path.c_str(), wrong.c_str()));
-    if (layout.data_type != 0) return fail(format_text("File %s holds integers, which are not read directly. Use IM.", path.c_str()));
+    if (layout.data_type != 0)
+        return fail(format_text("File %s holds integers, which are not read directly. Use IM.", path.c_str()));
     if (!read_data_from_file(file, path, layout, 0, fresh)) return false;
     fresh.file_a = absolute_path(path);
     read_native_tailer(file, facts.size, layout, fresh);
@@ -176,7 +182,8 @@ bool write_native_file(File& file, const DataSet& data, NativeLayout& layout) {
 }
 
 bool read_native_slice(File& file, const NativeLayout& layout, uint64_t index, std::span<Complex> points) {
-    if (!file.seek(layout.slice_offset(index) + layout.prefix_bytes()) || !file.read(points.data(), points.size_bytes())) return false;
+    if (!file.seek(layout.slice_offset(index) + layout.prefix_bytes()) || !file.read(points.data(), points.size_bytes()))
+        return false;
     to_machine_order(points.data(), 2 * points.size(), layout.order);
     return true;
 }
@@ -196,7 +203,8 @@ bool FileWrite(const std::string& path, const DataSet& data) {
     NativeLayout layout;
     if (!write_header(file, data, summary, true, layout)) return fail("Could not write header in FileWrite.");
     const bool with_tailer = layout.type != 3;
-    if (!write_native_slice(file, data.cvNMRdata()) || (with_tailer && !static_cast<File&>(file).write(tailer_text(data))) || !file.commit())
+    if (!write_native_slice(file, data.cvNMRdata()) || (with_tailer && !static_cast<File&>(file).write(tailer_text(data))) ||
+        !file.commit())
         return fail(format_text("Failed trying to save file\n%s\nDisk Full ???", path.c_str()));
     return true;
 }

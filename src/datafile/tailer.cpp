@@ -43,8 +43,8 @@ void read_information_line(std::string_view line, DataSet& data) {
     const struct {
         const char* key;
         std::string* text;
-    } texts[] = {{"User", &data.user},         {"Date", &data.date},       {"Name1", &data.names[0]}, {"Name2", &data.names[1]},
-                 {"Name3", &data.names[2]},    {"Comment", &data.comment}, {"Formula", &data.formula}, {"Path", &data.path}};
+    } texts[] = {{"User", &data.user},      {"Date", &data.date},       {"Name1", &data.names[0]},  {"Name2", &data.names[1]},
+                 {"Name3", &data.names[2]}, {"Comment", &data.comment}, {"Formula", &data.formula}, {"Path", &data.path}};
     for (const auto& row : texts)
         if (same_word(key, row.key)) *row.text = cut(value, longest_text * (row.text == &data.path ? 32 : 1));
     if (same_word(key, "Nucleus")) read_nuclei(value, data);
@@ -55,7 +55,8 @@ void read_fid_state_line(std::string_view line, DataSet& data) {
     const auto [key, value] = pair_of(line);
     if (same_word(key, "SENSE")) {
         const auto senses = split_fields(value, ", \t");
-        for (size_t d = 0; d < senses.size() && d < data.dims.size(); ++d) data.dims[d].sense = integer_or_zero(senses[d]) < 0 ? -1 : 1;
+        for (size_t d = 0; d < senses.size() && d < data.dims.size(); ++d)
+            data.dims[d].sense = integer_or_zero(senses[d]) < 0 ? -1 : 1;
     } else if (same_word(key, "GROUP_DELAY")) {
         const double delay = number_or_zero(value);
         // A delay beyond the data is no delay of these data.
@@ -109,7 +110,8 @@ std::string tailer_text(const DataSet& data) {
     text += line("Path", data.path) + "END_INFORMATION\r\n";
     if (fid_state_pending(data)) {
         text += "FID_STATE\r\n";
-        text += format_text("SENSE=%d, %d, %d, %d\r\n", data.dims[0].sense, data.dims[1].sense, data.dims[2].sense, data.dims[3].sense);
+        text +=
+            format_text("SENSE=%d, %d, %d, %d\r\n", data.dims[0].sense, data.dims[1].sense, data.dims[2].sense, data.dims[3].sense);
         text += format_text("GROUP_DELAY=%.17g\r\n", data.group_delay);
         text += "END_FID_STATE\r\n";
     }

@@ -38,7 +38,10 @@ bool json_output() { return json; }
 
 void print_message(std::string_view caption, Icon icon, std::string_view text) {
     if (json)
-        put_event({{"event", "message"}, {"caption", text_field(caption)}, {"icon", icon_names[static_cast<int>(icon)]}, {"text", text_field(text)}});
+        put_event({{"event", "message"},
+                   {"caption", text_field(caption)},
+                   {"icon", icon_names[static_cast<int>(icon)]},
+                   {"text", text_field(text)}});
     else
         put(trimmed(text));
 }
@@ -57,7 +60,10 @@ void print_question(std::string_view caption, std::string_view text, Buttons but
 
 void print_dialog(std::string_view kind, std::string_view title, const std::optional<std::string>& answer) {
     if (json)
-        put_event({{"event", "dialog"}, {"kind", text_field(kind)}, {"title", text_field(title)}, {"answer", answer ? Json(*answer) : Json(nullptr)}});
+        put_event({{"event", "dialog"},
+                   {"kind", text_field(kind)},
+                   {"title", text_field(title)},
+                   {"answer", answer ? Json(*answer) : Json(nullptr)}});
     else
         put(std::string(title) + (answer ? " [" + *answer + "]" : " [cancelled]"));
 }
@@ -98,14 +104,18 @@ void print_close() {
 
 void print_line(std::string_view text, int result, LineSource source) {
     if (json)
-        put_event({{"event", "line"}, {"text", text_field(text)}, {"result", result}, {"source", source_names[static_cast<int>(source)]}});
+        put_event({{"event", "line"},
+                   {"text", text_field(text)},
+                   {"result", result},
+                   {"source", source_names[static_cast<int>(source)]}});
     else if (result == 0)
         put("Not a Valid Command: " + std::string(text));
 }
 
 void print_state() {
     const Json state = state_record();
-    put(json ? state.dump(-1, ' ', false, Json::error_handler_t::replace) : state.dump(1, ' ', false, Json::error_handler_t::replace));
+    put(json ? state.dump(-1, ' ', false, Json::error_handler_t::replace)
+             : state.dump(1, ' ', false, Json::error_handler_t::replace));
 }
 
 }  // namespace zolt

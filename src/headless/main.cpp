@@ -106,20 +106,36 @@ private:
 
     void carry_out(const Action& action) {
         switch (action.kind) {
-            case Action::Kind::command: carry_out_line(action.text); break;
-            case Action::Kind::macro: carry_out_line("RU \"" + action.text + "\""); break;
-            case Action::Kind::keys: send_keys(action.text); break;
+            case Action::Kind::command:
+                carry_out_line(action.text);
+                break;
+            case Action::Kind::macro:
+                carry_out_line("RU \"" + action.text + "\"");
+                break;
+            case Action::Kind::keys:
+                send_keys(action.text);
+                break;
             case Action::Kind::lines_of_stdin:
                 for (std::string line; !stop() && std::getline(std::cin, line);) {
                     if (line.ends_with('\r')) line.pop_back();
                     carry_out_line(line);
                 }
                 break;
-            case Action::Kind::answer: platform_.answers.push_back(action.text); break;
-            case Action::Kind::default_yes: platform_.default_answer = Answer::yes; break;
-            case Action::Kind::default_no: platform_.default_answer = Answer::no; break;
-            case Action::Kind::state: print_state(); break;
-            case Action::Kind::data: data_failed_ |= !write_data(action.text); break;
+            case Action::Kind::answer:
+                platform_.answers.push_back(action.text);
+                break;
+            case Action::Kind::default_yes:
+                platform_.default_answer = Answer::yes;
+                break;
+            case Action::Kind::default_no:
+                platform_.default_answer = Answer::no;
+                break;
+            case Action::Kind::state:
+                print_state();
+                break;
+            case Action::Kind::data:
+                data_failed_ |= !write_data(action.text);
+                break;
         }
     }
 

@@ -23,7 +23,10 @@ void HeadlessPlatform::message(std::string_view caption, Icon icon, std::string_
 Answer HeadlessPlatform::question(std::string_view caption, std::string_view text, Buttons buttons) {
     Answer answer = default_answer;
     const char* choices = buttons == Buttons::yes_no ? "[yes/no]" : "[yes/no/cancel]";
-    if (const auto queued = next_answer(std::string(trimmed(text)) + " " + choices)) answer = same_word(*queued, "yes") || same_word(*queued, "y") ? Answer::yes : same_word(*queued, "cancel") ? Answer::cancel : Answer::no;
+    if (const auto queued = next_answer(std::string(trimmed(text)) + " " + choices))
+        answer = same_word(*queued, "yes") || same_word(*queued, "y") ? Answer::yes
+                 : same_word(*queued, "cancel")                       ? Answer::cancel
+                                                                      : Answer::no;
     // A question without a Cancel button has no third answer.
     if (answer == Answer::cancel && buttons == Buttons::yes_no) answer = Answer::no;
     // Who has just answered need not read it again.
@@ -37,7 +40,8 @@ std::optional<std::string> HeadlessPlatform::file_dialog(FileChoice choice, std:
     return answer;
 }
 
-std::optional<std::string> HeadlessPlatform::input_box(std::string_view title, std::string_view prompt, std::string_view /*initial*/) {
+std::optional<std::string> HeadlessPlatform::input_box(std::string_view title, std::string_view prompt,
+                                                       std::string_view /*initial*/) {
     const auto answer = next_answer(prompt.empty() ? title : prompt);
     if (!interactive || json_output()) print_dialog("input", prompt.empty() ? title : prompt, answer);
     return answer;

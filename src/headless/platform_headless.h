@@ -10,11 +10,11 @@ namespace zolt {
 
 class HeadlessPlatform : public Platform {
 public:
-    std::deque<std::string> answers;       ///< first in, first out
-    Answer default_answer = Answer::no;    ///< of a question when the queue is empty
+    std::deque<std::string> answers;     ///< first in, first out
+    Answer default_answer = Answer::no;  ///< of a question when the queue is empty
     bool all_lines_worked = true;
     bool closing = false;
-    bool interactive = false;              ///< a user at a terminal gives the answers
+    bool interactive = false;  ///< a user at a terminal gives the answers
 
     void message(std::string_view caption, Icon icon, std::string_view text) override;
     Answer question(std::string_view caption, std::string_view text, Buttons buttons) override;

@@ -21,7 +21,8 @@ char* next_keyword(const char* typed, int number) {
     if (number == 0) next = 0;
     for (const auto table = command_table(); next < table.size();) {
         const Command& command = table[next++];
-        if (command.handler != nullptr && !command.shadowed && starts_with_word(command.keyword, typed)) return strdup(command.keyword);
+        if (command.handler != nullptr && !command.shadowed && starts_with_word(command.keyword, typed))
+            return strdup(command.keyword);
     }
     return nullptr;
 }

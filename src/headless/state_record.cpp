@@ -1,8 +1,8 @@
 // The data set and the run as one JSON object.
 #include "headless/state_record.h"
 
-#include <cmath>
 #include <charconv>
+#include <cmath>
 #include <nlohmann/json.hpp>
 
 #include "state/dataset.h"
@@ -42,7 +42,9 @@ Json dimension(const Dimension& d) {
 
 Json integral(const Integral& i) { return {{"start", i.start}, {"end", i.end}, {"value", number(i.value)}, {"label", i.label}}; }
 
-Json peak(const Peak& p) { return {{"point", p.point}, {"hz", p.hz}, {"ppm", p.ppm}, {"intensity", p.intensity}, {"label", p.label}}; }
+Json peak(const Peak& p) {
+    return {{"point", p.point}, {"hz", p.hz}, {"ppm", p.ppm}, {"intensity", p.intensity}, {"label", p.label}};
+}
 
 template <class Records, class One>
 Json list(const Records& records, One one) {

@@ -217,9 +217,10 @@ int import_file(const std::string& path, ImportRequest request) {
 }
 
 int file_not_found(const std::string& path) {
-    return refuse(format_text("File [ %s ] not found.\nIn module FILE function IsFileCDFF\nSpelled correctly?\nPath correct?\n"
-                              "Does the file exist?",
-                              path.c_str()));
+    return refuse(
+        format_text("File [ %s ] not found.\nIn module FILE function IsFileCDFF\nSpelled correctly?\nPath correct?\n"
+                    "Does the file exist?",
+                    path.c_str()));
 }
 
 }  // namespace

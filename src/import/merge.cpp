@@ -53,7 +53,8 @@ std::string each_rows(File& real, File& imaginary, const DataSet& parameters, bo
     const uint64_t rows = rows_of(parameters), rows_at_a_time = std::clamp<uint64_t>(points_at_a_time / points, 1, rows);
     Buffer<float> first, second;
     Buffer<Complex> pairs;
-    if (!first.allocate(points * rows_at_a_time) || !second.allocate(points * rows_at_a_time) || !pairs.allocate(points * rows_at_a_time))
+    if (!first.allocate(points * rows_at_a_time) || !second.allocate(points * rows_at_a_time) ||
+        !pairs.allocate(points * rows_at_a_time))
         return format_text("There is no memory for a row of %llu points.", static_cast<unsigned long long>(points));
     if (!real.seek(0)) return "Can't move file pointer to desired location in temporary file #1.";
     if (!imaginary.seek(0)) return "Can't move file pointer to desired location in temporary file #2.";
@@ -74,10 +75,12 @@ std::string each_rows(File& real, File& imaginary, const DataSet& parameters, bo
 }  // namespace
 
 bool summarize_parts(File& real, File& imaginary, const DataSet& parameters, bool swap, DataSummary& summary) {
-    return each_rows(real, imaginary, parameters, swap, [&](std::span<const Complex> pairs, uint64_t) {
-               summary.add(pairs);
-               return std::string();
-           }).empty();
+    return each_rows(real, imaginary, parameters, swap,
+                     [&](std::span<const Complex> pairs, uint64_t) {
+                         summary.add(pairs);
+                         return std::string();
+                     })
+        .empty();
 }
 
 bool merge_parts(File& real, File& imaginary, const DataSet& parameters, bool swap, File& output, std::string& message) {

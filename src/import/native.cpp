@@ -14,7 +14,8 @@ namespace {
 // What stands in the file as an integer becomes a float; the points are in the machine's order already.
 void integers_to_floats(std::vector<Complex>& points) {
     for (Complex& point : points)
-        point = {static_cast<float>(std::bit_cast<int32_t>(point.real())), static_cast<float>(std::bit_cast<int32_t>(point.imag()))};
+        point = {static_cast<float>(std::bit_cast<int32_t>(point.real())),
+                 static_cast<float>(std::bit_cast<int32_t>(point.imag()))};
 }
 
 uint64_t rows_of(const DataSet& data) {

@@ -26,6 +26,8 @@ int cmd_21(Arguments& args);
 int average_data(int digit);
 
 template <int digit>
-int cmd_y(Arguments& /*args*/) { return average_data(digit); }
+int cmd_y(Arguments& /*args*/) {
+    return average_data(digit);
+}
 
 }  // namespace zolt

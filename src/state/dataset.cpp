@@ -21,8 +21,8 @@ void mark_changed() {
 }
 
 bool is_process_type(std::string_view key) {
-    static constexpr std::string_view keys[] = {"1D",           "2D_MAGNITUDE",  "2D_TPPI",    "2D_HYPERCOMPLEX", "2D_ECHOANTIECHO",
-                                                "2D_STATESTPPI", "3D_GENERIC", "4D_GENERIC"};
+    static constexpr std::string_view keys[] = {
+        "1D", "2D_MAGNITUDE", "2D_TPPI", "2D_HYPERCOMPLEX", "2D_ECHOANTIECHO", "2D_STATESTPPI", "3D_GENERIC", "4D_GENERIC"};
     return std::find(std::begin(keys), std::end(keys), key) != std::end(keys);
 }
 

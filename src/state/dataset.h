@@ -19,17 +19,17 @@ enum DomainCode { domain_real = 0, domain_complex = 1, domain_sequential = 2 };
 enum AxisUnit { unit_none = 0, unit_points = 1, unit_hz = 2, unit_ppm = 3 };
 
 struct Dimension {
-    int32_t points = 0;            ///< complex points; for dimension 2 the number of slices, and so on
-    float sf = 0;                  ///< spectrometer frequency, MHz
-    float sw = 0;                  ///< sweep width, Hz
-    float offset = 0;              ///< frequency of the spectrum's centre relative to 0 ppm, Hz
+    int32_t points = 0;  ///< complex points; for dimension 2 the number of slices, and so on
+    float sf = 0;        ///< spectrometer frequency, MHz
+    float sw = 0;        ///< sweep width, Hz
+    float offset = 0;    ///< frequency of the spectrum's centre relative to 0 ppm, Hz
     int domain_code = domain_complex;
-    bool frequency = false;        ///< false: time domain, true: frequency domain
+    bool frequency = false;  ///< false: time domain, true: frequency domain
     int axis_unit = unit_ppm;
     std::array<float, 3> phase_totals{};  ///< accumulated zero, first and second order, degrees
     std::string nucleus;
-    int order = 0;                 ///< entry of the dimension-order table, 1 to 4
-    int sense = 1;                 ///< -1: a line above the carrier turns as e^(+iwt), the first transform conjugates
+    int order = 0;                   ///< entry of the dimension-order table, 1 to 4
+    int sense = 1;                   ///< -1: a line above the carrier turns as e^(+iwt), the first transform conjugates
     std::array<float, 5> carried{};  ///< parameters P2 to P6 of the header, carried unchanged (P6 of dimension 1: LB)
 
     Axis axis() const { return {static_cast<double>(points), sw, sf, offset}; }
@@ -66,23 +66,23 @@ struct DataRecord {
     int level = 0;                  ///< Arrayed-mode level
     size_t selected = 0;            ///< index in the vector store of the current vector
 
-    std::string file_a, file_b;     ///< absolute paths, "" for none
+    std::string file_a, file_b;                   ///< absolute paths, "" for none
     int32_t slice = 0, slice_3 = 0, slice_4 = 0;  ///< selected slice, plane and cube, from 0
     bool loaded = false;
-    bool changed = false;           ///< the data differ from the file; cleared by a save
-    bool display_valid = false;     ///< second mark: what the display holds is that of the data
+    bool changed = false;        ///< the data differ from the file; cleared by a save
+    bool display_valid = false;  ///< second mark: what the display holds is that of the data
 
     std::string user, date, comment, experiment, owner, solvent, formula, path, title, source;
     std::array<std::string, 3> names;
     std::string process_type = "1D";
 
     int32_t scans = 0;
-    double d1 = 0, p1 = 0;          ///< relaxation delay in s, pulse in us
-    double o1 = 0, o2 = 0;          ///< carrier offsets of the spectrometer, Hz
-    std::array<float, 3> phase{};   ///< stored phase values A, B, C, degrees
-    float pivot = 0;                ///< pivot of interactive phasing, points
-    double group_delay = 0;         ///< pending digital-filter delay of dimension 1, complex points
-    int32_t rotation = 0;           ///< pending amount of RD, points
+    double d1 = 0, p1 = 0;         ///< relaxation delay in s, pulse in us
+    double o1 = 0, o2 = 0;         ///< carrier offsets of the spectrometer, Hz
+    std::array<float, 3> phase{};  ///< stored phase values A, B, C, degrees
+    float pivot = 0;               ///< pivot of interactive phasing, points
+    double group_delay = 0;        ///< pending digital-filter delay of dimension 1, complex points
+    int32_t rotation = 0;          ///< pending amount of RD, points
 
     float rel_value = 1;
     std::vector<Integral> integrals;

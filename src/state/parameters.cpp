@@ -12,7 +12,7 @@ namespace {
 
 struct FrequencyTexts {
     const char* usage;
-    const char* name;      ///< as in the refusal
+    const char* name;  ///< as in the refusal
     const char* quantity;
     const char* echo;
 };
@@ -39,7 +39,8 @@ template <class Legal>
 int set_value(const FrequencyTexts& texts, const char* unit, float& target, Arguments& args, Legal legal) {
     if (usage_wanted(args)) return show_reply(texts.usage);
     const double value = number_or_zero(args.next());
-    if (!legal(value)) return show_reply(format_text("%s = %f %s is not a legal value for %s.", texts.name, value, unit, texts.quantity));
+    if (!legal(value))
+        return show_reply(format_text("%s = %f %s is not a legal value for %s.", texts.name, value, unit, texts.quantity));
     target = static_cast<float>(value);
     platform().reply(format_text("%s set to %f %s", texts.echo, value, unit));
     return 1;
@@ -83,7 +84,8 @@ int cmd_solvent(Arguments& args) {
 
 int cmd_processtype(Arguments& args) {
     const std::string usage =
-        "PT or ProcessType <1D / 2D_MAGNITUDE / 2D_TPPI / 2D_HYPERCOMPLEX / 2D_ECHOANTIECHO / 2D_STATESTTPI / 3D_GENERIC / 4D_GENERIC>";
+        "PT or ProcessType <1D / 2D_MAGNITUDE / 2D_TPPI / 2D_HYPERCOMPLEX / 2D_ECHOANTIECHO / 2D_STATESTTPI / 3D_GENERIC / "
+        "4D_GENERIC>";
     if (args.ask_usage()) return show_reply(usage);
     const std::string typed = upper(args.next());
     if (typed.empty()) return show_reply("- Current process type is: " + show.process_type);

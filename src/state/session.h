@@ -10,15 +10,15 @@ namespace zolt {
 struct Session {
     bool macro_running = false;
     bool link_running = false;
-    bool no_log = false;          ///< set by a handler whose own line is not to be logged
+    bool no_log = false;           ///< set by a handler whose own line is not to be logged
     bool request_pending = false;  ///< a dialog-like sub-routine waits for its own answer: no line is dispatched
-    std::string log_line;         ///< what the log records instead of the typed line, "" for the line itself
+    std::string log_line;          ///< what the log records instead of the typed line, "" for the line itself
     bool undo_enabled = false;
-    int undo_slot = -1;           ///< index of the newest snapshot, -1 before the first
+    int undo_slot = -1;  ///< index of the newest snapshot, -1 before the first
     bool expert = false;
     bool log_on = false;
-    int header_type = 3;          ///< configured type of written native files, 1 to 3
-    int byte_order = 1;           ///< of written native files: 1 Intel order, 2 and 3 big-endian
+    int header_type = 3;                ///< configured type of written native files, 1 to 3
+    int byte_order = 1;                 ///< of written native files: 1 Intel order, 2 and 3 big-endian
     std::string status_text = "Ready";  ///< shown in pane 0 after a command that worked
 };
 
@@ -27,7 +27,7 @@ extern Session session;
 /// Configuration values, as ZOLT.INI sets them; config/settings.cpp has their table of keys.
 struct Settings {
     bool no_file_overwrite = false;
-    bool bruker_filter = true;    ///< false: the group delay of digitally filtered data is left alone
+    bool bruker_filter = true;  ///< false: the group delay of digitally filtered data is left alone
     double default_pa = 0, default_pb = 0, default_pc = 0;
     std::string data_dir, import_dir, macro_dir, import_out_dir, zz_file_path;
     std::array<std::string, 10> links;  ///< LINK0 to LINK9

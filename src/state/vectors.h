@@ -22,7 +22,9 @@ public:
     size_t points() const { return points_; }
     bool empty() const { return count_ == 0; }
 
-    std::span<Complex> vector(size_t i) { return i < count_ ? std::span(block_.data() + i * points_, points_) : std::span<Complex>(); }
+    std::span<Complex> vector(size_t i) {
+        return i < count_ ? std::span(block_.data() + i * points_, points_) : std::span<Complex>();
+    }
     std::span<const Complex> vector(size_t i) const {
         return i < count_ ? std::span(block_.data() + i * points_, points_) : std::span<const Complex>();
     }

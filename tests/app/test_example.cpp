@@ -20,7 +20,8 @@ protected:
         const Axis axis = show.dims[0].axis();
         const auto points = show.cvNMRdata();
         const auto first = static_cast<size_t>(axis.point_of_ppm(from_ppm)), last = static_cast<size_t>(axis.point_of_ppm(to_ppm));
-        const auto tallest = std::max_element(points.begin() + static_cast<std::ptrdiff_t>(first), points.begin() + static_cast<std::ptrdiff_t>(last),
+        const auto tallest = std::max_element(points.begin() + static_cast<std::ptrdiff_t>(first),
+                                              points.begin() + static_cast<std::ptrdiff_t>(last),
                                               [](Complex a, Complex b) { return a.real() < b.real(); });
         return axis.ppm(static_cast<double>(tallest - points.begin()));
     }
@@ -28,7 +29,8 @@ protected:
         const Axis axis = show.dims[0].axis();
         const auto points = show.cvNMRdata();
         double sum = 0;
-        for (auto k = static_cast<size_t>(axis.point_of_ppm(from_ppm)); k < static_cast<size_t>(axis.point_of_ppm(to_ppm)); ++k) sum += points[k].real();
+        for (auto k = static_cast<size_t>(axis.point_of_ppm(from_ppm)); k < static_cast<size_t>(axis.point_of_ppm(to_ppm)); ++k)
+            sum += points[k].real();
         return sum;
     }
 };

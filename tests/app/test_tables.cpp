@@ -26,7 +26,8 @@ TEST_F(TableTest, NoWordTwiceButTheMarkedDoubles) {
     EXPECT_STREQ(command_table().front().keyword, "1D");
     for (const char* word : {"brickwall", "/2", "expand", "*2", "JJH", "S#", "B+", "XYZ", "ZeroDiagonal"})
         EXPECT_NE(find_command(word), nullptr) << word;
-    for (const Command& command : fallback_table()) EXPECT_EQ(find_command(command.keyword), nullptr) << command.keyword << " is never reached";
+    for (const Command& command : fallback_table())
+        EXPECT_EQ(find_command(command.keyword), nullptr) << command.keyword << " is never reached";
 }
 
 TEST_F(TableTest, EveryRowHasUsageAndSummary) {
@@ -39,7 +40,8 @@ TEST_F(TableTest, EveryRowHasUsageAndSummary) {
 
 // Whatever is typed behind a command, the program goes on; with "no" to every question and cancel in every dialog.
 TEST_F(TableTest, EveryHandlerSurvivesOddArguments) {
-    const std::string arguments[] = {"", " ?", " " + std::string(240, 'x'), " -1e308", " nan", " 1e308 1e308 1e308", " \"", " 2D -1", " /dev/null"};
+    const std::string arguments[] = {
+        "", " ?", " " + std::string(240, 'x'), " -1e308", " nan", " 1e308 1e308 1e308", " \"", " 2D -1", " /dev/null"};
     for (const bool loaded : {false, true})
         for (const auto table : {command_table(), fallback_table()})
             for (const Command& command : table)

@@ -32,9 +32,7 @@ protected:
         std::vector<Complex> points;
         bool operator==(const State&) const = default;
     };
-    State now() const {
-        return {show, {show.store.all().begin(), show.store.all().end()}};
-    }
+    State now() const { return {show, {show.store.all().begin(), show.store.all().end()}}; }
 };
 
 TEST_F(UndoTest, StepsBackAndForthAreExact) {

@@ -17,9 +17,10 @@ using test::CommandTest;
 using ConfigTest = CommandTest;
 
 TEST_F(ConfigTest, PairsOfAnyCaseAndSeparatorTheLaterLineWins) {
-    const auto ini = root_.write("other/a.ini",
-                                 "; a comment\r\nexpert_mode\ttrue\r\n= \r\nnonsense\r\nNO_SUCH_KEY=TRUE\r\nLINK3=LB=2;EM;\r\n"
-                                 "Default_PA=1.5\nDEFAULT_PA=-30.25\nZOLT_HEADER_VERSION=7\nDATADIR=/some where/x\nNO_FILE_OVERWRITE=yes");
+    const auto ini =
+        root_.write("other/a.ini",
+                    "; a comment\r\nexpert_mode\ttrue\r\n= \r\nnonsense\r\nNO_SUCH_KEY=TRUE\r\nLINK3=LB=2;EM;\r\n"
+                    "Default_PA=1.5\nDEFAULT_PA=-30.25\nZOLT_HEADER_VERSION=7\nDATADIR=/some where/x\nNO_FILE_OVERWRITE=yes");
     ASSERT_TRUE(read_ini(ini));
     EXPECT_TRUE(session.expert);
     EXPECT_EQ(settings.links[3], "LB=2;EM;") << "a text may hold the separator";

@@ -85,11 +85,14 @@ TEST_F(DxbTest, HeaderSaysWhatStandsBehindIt) {
     show.title = "two\r\nlines";
     ASSERT_TRUE(FileWrite(root_.path("a.zolt"), show));
     const std::string text = test::read_file(root_.path("a.zolt"));
-    EXPECT_TRUE(text.starts_with("##TITLE=two  lines\r\n##JCAMP-DXB  $$JCAMPDX Header and Binary Data\r\n##JCAMP-DX= 5.0  $$Exported"));
-    for (const char* line : {"##DATA TYPE= NMR SPECTRUM\r\n", "##$HZPERMM 0.000000, 0.000000, 0.000000\r\n", "##$TOTAL_A= 0.000000  0.000000  0.000000  0.000000\r\n",
-                             "##$FREQ_TMS=400.0000000\r\n", "##FIRST= 2500.0000 ,  1.000000,  2.000000\r\n", "##LAST= -2500.0000,  4.000000,  -9.000000\r\n",
+    EXPECT_TRUE(
+        text.starts_with("##TITLE=two  lines\r\n##JCAMP-DXB  $$JCAMPDX Header and Binary Data\r\n##JCAMP-DX= 5.0  $$Exported"));
+    for (const char* line : {"##DATA TYPE= NMR SPECTRUM\r\n", "##$HZPERMM 0.000000, 0.000000, 0.000000\r\n",
+                             "##$TOTAL_A= 0.000000  0.000000  0.000000  0.000000\r\n", "##$FREQ_TMS=400.0000000\r\n",
+                             "##FIRST= 2500.0000 ,  1.000000,  2.000000\r\n", "##LAST= -2500.0000,  4.000000,  -9.000000\r\n",
                              "##MIN= -2500.000 ,  -5.000000,  -9.000000\r\n", "##MAX= 2500.000  ,  4.000000,  7.000000\r\n",
-                             "##UNITS= HZ, ARBITRARY UNITS, ARBITRARY UNITS\r\n", "\r\n$$  Complex Pairs packed RIRIRIRI...\r\n##BINARY(3)=24,IEEE32L\r\n\x1a"})
+                             "##UNITS= HZ, ARBITRARY UNITS, ARBITRARY UNITS\r\n",
+                             "\r\n$$  Complex Pairs packed RIRIRIRI...\r\n##BINARY(3)=24,IEEE32L\r\n\x1a"})
         EXPECT_NE(text.find(line), std::string::npos) << line;
     EXPECT_EQ(text.size(), text.find('\x1a') + 1 + 24);
 }

@@ -1,0 +1,72 @@
+// Reading one slice of a larger file, and the selection of File A's.
+#include "datafile/slice.h"
+
+#include <utility>
+
+#include "common/text.h"
+#include "datafile/native_file.h"
+#include "platform/platform.h"
+
+namespace zolt {
+
+namespace {
+
+bool fail(const std::string& text) {
+    refuse(text);
+    return false;
+}
+
+bool no_such_slice(int64_t k) { return fail(format_text("No such slice number %ld", static_cast<long>(k))); }
+
+// A slice comes as it stands in the file, whatever was done to the one before it.
+void take_state_of_file(const DataSet& file, DataSet& data) {
+    Dimension& dimension = data.dims[0];
+    dimension.points = file.dims[0].points;
+    dimension.domain_code = file.dims[0].domain_code;
+    dimension.frequency = file.dims[0].frequency;
+    dimension.sense = file.dims[0].sense;
+    dimension.phase_totals = {};
+    data.group_delay = file.group_delay;
+}
+
+}  // namespace
+
+bool get_slice(File& file, uint64_t size, int64_t k, DataSet& data) {
+    if (CurrentArrayedLevel() != 0) return fail("get_slice used in error in Arrayed Mode");
+    if (k < 0 || k >= data.dims[1].points) return no_such_slice(k);
+    NativeLayout layout;
+    DataSet header;
+    const std::string wrong = read_native_header(file, size, layout, header);
+    if (!wrong.empty()) return fail(format_text("Trouble loading slice #%d of file %s", static_cast<int>(k), data.file_a.c_str()));
+    read_native_tailer(file, size, layout, header);
+    const uint64_t plane =
+        static_cast<uint64_t>(data.slice_4) * static_cast<uint64_t>(header.dims[2].points) + static_cast<uint64_t>(data.slice_3);
+    const uint64_t index = plane * static_cast<uint64_t>(header.dims[1].points) + static_cast<uint64_t>(k);
+    if (layout.slice_offset(index + 1) > size)
+        return fail(format_text("Can't find slice = %d\nFor Data Set: %s\nwhich has\nPts1D = %d\nPts2D = %d", static_cast<int>(k),
+                                data.file_a.c_str(), header.dims[0].points, header.dims[1].points));
+    VectorStore vector;
+    if (!vector.allocate(1, static_cast<size_t>(header.pts1d())))
+        return fail("Module Slice in get_slice, memory allocation failure!");
+    if (!read_native_slice(file, layout, index, vector.all()))
+        return fail(format_text("Trouble loading slice #%d of file %s", static_cast<int>(k), data.file_a.c_str()));
+    data.store = std::move(vector);
+    data.selected = 0;
+    data.slice = static_cast<int32_t>(k);
+    take_state_of_file(header, data);
+    return true;
+}
+
+bool set_sliceA(int64_t k) {
+    if (k < 0 || k >= show.dims[1].points) return no_such_slice(k);
+    if (CurrentArrayedLevel() != 0)
+        return fail(format_text("Set_sliceA not supported in Arrayed mode level %d", CurrentArrayedLevel()));
+    File file = open_for_reading(show.file_a);
+    if (!file) return fail(format_text("Trouble loading slice #%d of file %s", static_cast<int>(k), show.file_a.c_str()));
+    if (!get_slice(file, file_facts(show.file_a).size, k, show)) return false;
+    show.changed = false;
+    show.display_valid = false;
+    return true;
+}
+
+}  // namespace zolt

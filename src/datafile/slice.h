@@ -1,0 +1,19 @@
+// Slices of File A: the current vector of a larger data set.
+#pragma once
+
+#include <cstdint>
+
+#include "common/file.h"
+#include "state/dataset.h"
+
+namespace zolt {
+
+/// Reads slice k (from 0, within the selected plane and cube) of an open native file of `size` bytes into the record,
+/// and with it what the file says of dimension 1: points, domain, sense and group delay. The record is changed only on
+/// success; a failure is reported.
+bool get_slice(File& file, uint64_t size, int64_t k, DataSet& data);
+
+/// Makes slice k (from 0) of File A the current data. False, after its message, when there is no such slice.
+bool set_sliceA(int64_t k);
+
+}  // namespace zolt
