@@ -35,7 +35,7 @@ constexpr std::string_view marker_line = "##JCAMP-DXB  $$JCAMPDX Header and Bina
 
 /// What a row writes from: the data set, its counts as this file has them, and the summary of its points.
 struct Source {
-    const DataSet& data;
+    const DataRecord& data;
     const DataSummary& summary;
     std::array<int32_t, 4> points;
     bool exported;
@@ -52,7 +52,7 @@ struct Source {
 struct Row {
     const char* label;
     std::string (*write)(const Source& from);
-    void (*read)(std::string_view value, DataSet& to) = nullptr;
+    void (*read)(std::string_view value, DataRecord& to) = nullptr;
 };
 
 // A text of the data set in one line.
@@ -68,7 +68,7 @@ std::string write_text(const Source& from) {
 }
 
 template <std::string DataRecord::*text>
-void read_text(std::string_view value, DataSet& to) {
+void read_text(std::string_view value, DataRecord& to) {
     to.*text = cut(value, longest_text);
 }
 
@@ -78,7 +78,7 @@ std::string write_name(const Source& from) {
 }
 
 template <size_t index>
-void read_name(std::string_view value, DataSet& to) {
+void read_name(std::string_view value, DataRecord& to) {
     to.names[index] = cut(value, longest_text);
 }
 
@@ -88,7 +88,7 @@ std::string write_nucleus(const Source& from) {
 }
 
 template <size_t d>
-void read_nucleus(std::string_view value, DataSet& to) {
+void read_nucleus(std::string_view value, DataRecord& to) {
     to.dims[d].nucleus = same_word(trimmed(value), "n/a") ? "" : cut(trimmed(value), longest_text);
 }
 
@@ -115,7 +115,7 @@ std::string write_exact(const Source& from) {
     return "=" + four("%.9g", ", ", [&](size_t d) { return double{from.data.dims[d].*member}; });
 }
 template <float Dimension::*member>
-void read_floats(std::string_view value, DataSet& to) {
+void read_floats(std::string_view value, DataRecord& to) {
     each_value(value, 4, [&](size_t d, std::string_view field) { to.dims[d].*member = static_cast<float>(number_or_zero(field)); });
 }
 
@@ -124,7 +124,7 @@ std::string write_ints(const Source& from) {
     return "=" + four("%d", ", ", [&](size_t d) { return from.data.dims[d].*member; });
 }
 template <int Dimension::*member>
-void read_ints(std::string_view value, DataSet& to) {
+void read_ints(std::string_view value, DataRecord& to) {
     each_value(value, 4,
                [&](size_t d, std::string_view field) { to.dims[d].*member = static_cast<int16_t>(integer_or_zero(field)); });
 }
@@ -134,7 +134,7 @@ std::string write_totals(const Source& from, const char* separator) {
     return "= " + four("%f", separator, [&](size_t d) { return double{from.data.dims[d].phase_totals[order]}; });
 }
 template <size_t order>
-void read_totals(std::string_view value, DataSet& to) {
+void read_totals(std::string_view value, DataRecord& to) {
     each_value(value, 4, [&](size_t d, std::string_view field) {
         to.dims[d].phase_totals[order] = static_cast<float>(number_or_zero(field));
     });
@@ -149,7 +149,7 @@ std::string write_parameter(const Source& from) {
     return "=" + four("%.9g", ", ", [&](size_t d) { return double{from.data.dims[d].carried[p]}; });
 }
 template <size_t p>
-void read_parameter(std::string_view value, DataSet& to) {
+void read_parameter(std::string_view value, DataRecord& to) {
     each_value(value, 4,
                [&](size_t d, std::string_view field) { to.dims[d].carried[p] = static_cast<float>(number_or_zero(field)); });
 }
@@ -166,7 +166,7 @@ std::string write_block(const Source& from) {
         text += format_text(p > 0 ? " %08X" : "%08X", from.data.words.parameter_block[p]);
     return text;
 }
-void read_block(std::string_view value, DataSet& to) {
+void read_block(std::string_view value, DataRecord& to) {
     each_value(value, to.words.parameter_block.size(), [&](size_t p, std::string_view field) {
         std::from_chars(field.data(), field.data() + field.size(), to.words.parameter_block[p], 16);
     });
@@ -176,7 +176,7 @@ std::string write_words(const Source& from) {
     const CarriedWords& w = from.data.words;
     return format_text("=%d, %d, %d, %d, %d, %.9g", w.a, w.b, w.c, w.d, w.e, double{w.acquisition_value});
 }
-void read_words(std::string_view value, DataSet& to) {
+void read_words(std::string_view value, DataRecord& to) {
     int32_t* const words[] = {&to.words.a, &to.words.b, &to.words.c, &to.words.d, &to.words.e};
     each_value(value, 6, [&](size_t i, std::string_view field) {
         if (i < 5)
@@ -186,24 +186,24 @@ void read_words(std::string_view value, DataSet& to) {
     });
 }
 
-void read_order(std::string_view value, DataSet& to) {
+void read_order(std::string_view value, DataRecord& to) {
     each_value(value, 4, [&](size_t d, std::string_view field) {
         const int64_t order = integer_or_zero(field);
         if (order >= 1 && order <= 4) to.dims[d].order = static_cast<int>(order);
     });
 }
 
-void read_points(std::string_view value, DataSet& to) {
+void read_points(std::string_view value, DataRecord& to) {
     each_value(value, 4, [&](size_t d, std::string_view field) {
         to.dims[d].points = static_cast<int32_t>(std::clamp<int64_t>(integer_or_zero(field), -1, INT32_MAX));
     });
 }
 
-void read_process_type(std::string_view value, DataSet& to) {
+void read_process_type(std::string_view value, DataRecord& to) {
     if (is_process_type(trimmed(value))) to.process_type = trimmed(value);
 }
 
-void read_system(std::string_view value, DataSet& to) {
+void read_system(std::string_view value, DataRecord& to) {
     const std::string_view text = trimmed(value);
     if (text != "ZOLT NATIVE (RI)" && text != "ZOLT FULL (RI) EXPORT") to.source = cut(text, longest_text);
 }
@@ -241,15 +241,15 @@ const Row rows[] = {
     {"##INSTRUMENTAL PARAMETERS", write_nucleus<0>},
     {"##.OBSERVE FREQUENCY", [](S f) { return real(f.data.dims[0].sf); }},
     {"##.OBSERVE NUCLEUS", write_nucleus<0>},
-    {"##.DELAY", [](S f) { return real(f.data.d1); }, [](V v, DataSet& d) { d.d1 = number_or_zero(v); }},
+    {"##.DELAY", [](S f) { return real(f.data.d1); }, [](V v, DataRecord& d) { d.d1 = number_or_zero(v); }},
     {"##.ACQUISITION MODE", [](S f) { return std::string("= ") + acquisition_mode(f); }},
     {"##.AVERAGES", [](S f) { return format_text("= %d", f.data.scans); },
-     [](V v, DataSet& d) { d.scans = static_cast<int32_t>(integer_or_zero(v)); }},
+     [](V v, DataRecord& d) { d.scans = static_cast<int32_t>(integer_or_zero(v)); }},
     {"$$ Start of Bruker specific JCAMP parameters", write_nothing},
     {"##$SW_h", [](S f) { return real(f.data.dims[0].sw); }},
     {"##$SW_h_2D", [](S f) { return real(f.data.dims[1].sw); }},
-    {"##$O1", [](S f) { return real(f.data.o1); }, [](V v, DataSet& d) { d.o1 = number_or_zero(v); }},
-    {"##$O2", [](S f) { return real(f.data.o2); }, [](V v, DataSet& d) { d.o2 = number_or_zero(v); }},
+    {"##$O1", [](S f) { return real(f.data.o1); }, [](V v, DataRecord& d) { d.o1 = number_or_zero(v); }},
+    {"##$O2", [](S f) { return real(f.data.o2); }, [](V v, DataRecord& d) { d.o2 = number_or_zero(v); }},
     {"##$TOTAL_A", [](S f) { return write_totals<0>(f, "  "); }, read_totals<0>},
     {"##$TOTAL_B", [](S f) { return write_totals<1>(f, "  "); }, read_totals<1>},
     {"##$TOTAL_C", [](S f) { return write_totals<2>(f, "  "); }, read_totals<2>},
@@ -274,10 +274,10 @@ const Row rows[] = {
     {"##$Nucleus2", write_nucleus<1>, read_nucleus<1>},
     {"##$Nucleus3", write_nucleus<2>, read_nucleus<2>},
     {"##$Nucleus4", write_nucleus<3>, read_nucleus<3>},
-    {"##$PATH", write_text<&DataRecord::path>, [](V v, DataSet& d) { d.path = cut(v, 4096); }},
+    {"##$PATH", write_text<&DataRecord::path>, [](V v, DataRecord& d) { d.path = cut(v, 4096); }},
     {"##$DECIM", zero},
     {"##$DOMAIN", [](S f) { return "=" + four("%d", ", ", [&](size_t d) { return f.data.dims[d].frequency ? 1 : 0; }); },
-     [](V v, DataSet& to) { each_value(v, 4, [&](size_t d, V field) { to.dims[d].frequency = integer_or_zero(field) == 1; }); }},
+     [](V v, DataRecord& to) { each_value(v, 4, [&](size_t d, V field) { to.dims[d].frequency = integer_or_zero(field) == 1; }); }},
     {"##$ACQ_ORDER", write_ints<&Dimension::order>, read_order},
     {"##$DSPFVS", zero},
     {"##$GRPDLY", [](S f) { return format_text("=%d", static_cast<int>(f.data.group_delay)); }},
@@ -292,7 +292,7 @@ const Row rows[] = {
     {"##$PULPROG", write_text<&DataRecord::experiment>, read_text<&DataRecord::experiment>},
     {"##$SOLVENT", write_text<&DataRecord::solvent>, read_text<&DataRecord::solvent>},
     {"##$PROCESSTYPE", write_text<&DataRecord::process_type>, read_process_type},
-    {"##$PULSE_LENGTH", [](S f) { return real(f.data.p1); }, [](V v, DataSet& d) { d.p1 = number_or_zero(v); }},
+    {"##$PULSE_LENGTH", [](S f) { return real(f.data.p1); }, [](V v, DataRecord& d) { d.p1 = number_or_zero(v); }},
     {"##$PULSE_ANGLE", blank_zero_real},
     {"##$TOTAL_A", [](S f) { return write_totals<0>(f, ", "); }, read_totals<0>},
     {"##$TOTAL_B", [](S f) { return write_totals<1>(f, ", "); }, read_totals<1>},
@@ -313,11 +313,11 @@ const Row rows[] = {
     {"##$WORDS", write_words, read_words},
     {"##$PARAMETER_BLOCK", write_block, read_block},
     {"##$SENSE", write_ints<&Dimension::sense>,
-     [](V v, DataSet& to) {
+     [](V v, DataRecord& to) {
          each_value(v, 4, [&](size_t d, V field) { to.dims[d].sense = integer_or_zero(field) < 0 ? -1 : 1; });
      }},
     {"##$GROUP_DELAY", [](S f) { return format_text("=%.17g", f.data.group_delay); },
-     [](V v, DataSet& d) { d.group_delay = number_or_zero(v); }},
+     [](V v, DataRecord& d) { d.group_delay = number_or_zero(v); }},
     {"$$ End of ZOLT specific parameters", write_nothing},
 };
 
@@ -356,7 +356,7 @@ Binary binary_line(std::string_view line) {
     return {integer_or_zero(fields[1]), integer_or_zero(fields[2]), fields[3]};
 }
 
-void take_line(std::string_view line, DataSet& data) {
+void take_line(std::string_view line, DataRecord& data) {
     const size_t equals = line.find('=');
     if (equals == std::string_view::npos) return;
     const std::string_view label = trimmed(line.substr(0, equals));
@@ -364,7 +364,7 @@ void take_line(std::string_view line, DataSet& data) {
         if (row.read != nullptr && same_word(label, row.label)) return row.read(line.substr(equals + 1), data);
 }
 
-std::string check_counts(const Binary& binary, uint64_t file_bytes, NativeLayout& layout, DataSet& data) {
+std::string check_counts(const Binary& binary, uint64_t file_bytes, NativeLayout& layout, DataRecord& data) {
     int64_t all = 1;
     for (size_t d = 0; d < 4; ++d) {
         if (data.dims[d].points < 1)
@@ -382,7 +382,7 @@ std::string check_counts(const Binary& binary, uint64_t file_bytes, NativeLayout
 
 }  // namespace
 
-std::string encode_dxb_header(const DataSet& data, const DataSummary& summary, bool one_slice, bool exported) {
+std::string encode_dxb_header(const DataRecord& data, const DataSummary& summary, bool one_slice, bool exported) {
     Source from{data, summary, {}, exported};
     int64_t all = 1;
     for (size_t d = 0; d < 4; ++d) {
@@ -406,7 +406,7 @@ bool is_dxb_start(std::string_view start) {
     return false;
 }
 
-std::string decode_dxb_header(std::string_view text, uint64_t file_bytes, NativeLayout& layout, DataSet& data) {
+std::string decode_dxb_header(std::string_view text, uint64_t file_bytes, NativeLayout& layout, DataRecord& data) {
     layout = {};
     layout.type = 3;
     std::string_view rest = text;

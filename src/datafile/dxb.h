@@ -21,14 +21,14 @@ struct DataSummary {
 
 /// The header, control-Z included. `one_slice` describes the current slice alone; `exported` is the form of a full
 /// export instead of a native save.
-std::string encode_dxb_header(const DataSet& data, const DataSummary& summary, bool one_slice, bool exported);
+std::string encode_dxb_header(const DataRecord& data, const DataSummary& summary, bool one_slice, bool exported);
 
 /// True when a file that begins so is of this form.
 bool is_dxb_start(std::string_view start);
 
 /// Takes a header (the text before control-Z and the byte behind it) into the data set and completes the layout. An
 /// empty text on success, else what is wrong with it.
-std::string decode_dxb_header(std::string_view text, uint64_t file_bytes, NativeLayout& layout, DataSet& data);
+std::string decode_dxb_header(std::string_view text, uint64_t file_bytes, NativeLayout& layout, DataRecord& data);
 
 constexpr char control_z = 0x1A;
 

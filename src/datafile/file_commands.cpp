@@ -22,11 +22,6 @@ bool agreed(const char* caption, const std::string& text) {
     return platform().question(caption, text, Buttons::yes_no) == Answer::yes;
 }
 
-bool may_replace(const std::string& path) {
-    return playing_back() || !file_facts(path).exists || settings.no_file_overwrite ||
-           agreed("Replace?", "Target file name already exists: " + path + "\nOverwrite?");
-}
-
 // What the user has to agree to before this name is written to; true when it may be.
 bool may_save_as(const std::string& path) {
     if (path == show.file_a && more_than_one_slice()) {
@@ -42,6 +37,11 @@ bool may_save_as(const std::string& path) {
 }
 
 }  // namespace
+
+bool may_replace(const std::string& path) {
+    return playing_back() || !file_facts(path).exists || settings.no_file_overwrite ||
+           agreed("Replace?", "Target file name already exists: " + path + "\nOverwrite?");
+}
 
 int cmd_savefile(Arguments& args) {
     if (args.ask_usage()) return show_reply("SA or SaveFile [name]");

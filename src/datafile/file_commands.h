@@ -1,6 +1,8 @@
 // Handlers that save data sets, set how they are saved, and select their slices.
 #pragma once
 
+#include <string>
+
 #include "common/arguments.h"
 
 namespace zolt {
@@ -9,5 +11,13 @@ int cmd_savefile(Arguments& args);
 int cmd_savefileb(Arguments& args);
 int cmd_header(Arguments& args);
 int cmd_slice(Arguments& args);
+int cmd_s2(Arguments& args);
+int cmd_sc(Arguments& args);
+int cmd_oc(Arguments& args);
+int cmd_cc(Arguments& args);
+int cmd_uh(Arguments& args);
+
+/// Asks whether an existing file may be written over; true when there is none, or commands are played back.
+bool may_replace(const std::string& path);
 
 }  // namespace zolt

@@ -75,7 +75,7 @@ void encode_dimension(Words& words, size_t d, const Dimension& dimension, const 
 }
 
 // The counts are checked against the file before anything is allocated; the slices themselves may be fewer than promised.
-std::string check_counts(DataSet& data, uint64_t file_bytes, NativeLayout& layout) {
+std::string check_counts(DataRecord& data, uint64_t file_bytes, NativeLayout& layout) {
     for (size_t d = 1; d < 4; ++d)
         if (data.dims[d].points == 0) data.dims[d].points = 1;
     for (size_t d = 0; d < 4; ++d)
@@ -105,7 +105,7 @@ bool decode_header_start(std::span<const unsigned char> bytes, NativeLayout& lay
     return true;
 }
 
-std::string decode_header(std::span<const unsigned char> bytes, uint64_t file_bytes, NativeLayout& layout, DataSet& data) {
+std::string decode_header(std::span<const unsigned char> bytes, uint64_t file_bytes, NativeLayout& layout, DataRecord& data) {
     std::vector<unsigned char> copy(bytes.begin(), bytes.end());
     const Words words{copy.data(), layout.order};
     const int64_t length = words.integer(at::length);
@@ -137,7 +137,7 @@ std::string decode_header(std::span<const unsigned char> bytes, uint64_t file_by
     return check_counts(data, file_bytes, layout);
 }
 
-std::vector<unsigned char> encode_header(const DataSet& data, int type, ByteOrder order, bool one_slice) {
+std::vector<unsigned char> encode_header(const DataRecord& data, int type, ByteOrder order, bool one_slice) {
     std::vector<unsigned char> bytes(full_header_bytes, 0);
     Words words{bytes.data(), order};
     std::array<int32_t, 4> points{};

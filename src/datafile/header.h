@@ -32,10 +32,10 @@ bool decode_header_start(std::span<const unsigned char> bytes, NativeLayout& lay
 
 /// Takes a whole header (short_header_bytes or full_header_bytes by layout.type) into the data set and completes the
 /// layout. An empty text on success, else what is wrong with the header.
-std::string decode_header(std::span<const unsigned char> bytes, uint64_t file_bytes, NativeLayout& layout, DataSet& data);
+std::string decode_header(std::span<const unsigned char> bytes, uint64_t file_bytes, NativeLayout& layout, DataRecord& data);
 
 /// The bytes of a header of type 1 or 2. `one_slice` describes the current slice alone: the counts of
 /// dimensions 2 to 4 are written as 1.
-std::vector<unsigned char> encode_header(const DataSet& data, int type, ByteOrder order, bool one_slice);
+std::vector<unsigned char> encode_header(const DataRecord& data, int type, ByteOrder order, bool one_slice);
 
 }  // namespace zolt

@@ -16,9 +16,6 @@ namespace {
 
 constexpr uint64_t largest_tailer = 16 << 20;
 
-// A file of type 3 says in its header that it is in Intel order.
-ByteOrder written_order() { return session.byte_order == 1 || session.header_type == 3 ? ByteOrder::little : ByteOrder::big; }
-
 bool fail(const std::string& text) {
     refuse(text);
     return false;
@@ -55,12 +52,12 @@ namespace {
 constexpr uint64_t usual_dxb_header = 1 << 16, largest_dxb_header = 16 << 20;
 
 // The text header of type 3; most are short, ones with long lists are read again whole.
-std::string read_dxb_header(File& file, uint64_t size, NativeLayout& layout, DataSet& data) {
+std::string read_dxb_header(File& file, uint64_t size, NativeLayout& layout, DataRecord& data) {
     std::string wrong;
     for (const uint64_t most : {usual_dxb_header, largest_dxb_header}) {
         std::string text(static_cast<size_t>(std::min(size, most)), '\0');
         if (!file.seek(0) || !file.read(text.data(), text.size())) return "it cannot be read to its end";
-        DataSet fresh;
+        DataRecord fresh;
         wrong = decode_dxb_header(text, size, layout, fresh);
         if (wrong.empty()) data = std::move(fresh);
         if (wrong.empty() || size <= most) break;
@@ -70,7 +67,7 @@ std::string read_dxb_header(File& file, uint64_t size, NativeLayout& layout, Dat
 
 }  // namespace
 
-std::string read_native_header(File& file, uint64_t size, NativeLayout& layout, DataSet& data) {
+std::string read_native_header(File& file, uint64_t size, NativeLayout& layout, DataRecord& data) {
     std::array<unsigned char, full_header_bytes> bytes{};
     const size_t start = static_cast<size_t>(std::min<uint64_t>(size, 512));
     if (!file.seek(0) || !file.read(bytes.data(), start)) return wrong_marker_text;
@@ -81,7 +78,7 @@ std::string read_native_header(File& file, uint64_t size, NativeLayout& layout, 
     return decode_header({bytes.data(), whole}, size, layout, data);
 }
 
-void read_native_tailer(File& file, uint64_t size, const NativeLayout& layout, DataSet& data) {
+void read_native_tailer(File& file, uint64_t size, const NativeLayout& layout, DataRecord& data) {
     // Behind the planes of 3D and 4D files nothing follows the data.
     const uint64_t start = layout.slice_offset(layout.slices);
     if (layout.type == 3 || data.dims[2].points > 1 || data.dims[3].points > 1 || start >= size) return;
@@ -130,12 +127,19 @@ bool FileRead(const std::string& path, DataSet& into) {
     return true;
 }
 
+// A file of type 3 says in its header that it is in Intel order.
+NativeForm configured_form() {
+    const bool little = session.byte_order == 1 || session.header_type == 3;
+    return {session.header_type, little ? ByteOrder::little : ByteOrder::big};
+}
+
 namespace {
 
-bool write_header(File& file, const DataSet& data, const DataSummary& summary, bool one_slice, NativeLayout& layout) {
+bool write_header(File& file, NativeForm form, const DataRecord& data, const DataSummary& summary, bool one_slice,
+                  NativeLayout& layout) {
     layout = {};
-    layout.type = session.header_type;
-    layout.order = written_order();
+    layout.type = form.type;
+    layout.order = form.order;
     layout.slices = one_slice ? 1 : static_cast<uint64_t>(data.dims[1].points);
     layout.slice_bytes = static_cast<uint64_t>(data.pts1d()) * sizeof(Complex) + layout.prefix_bytes();
     if (layout.type == 3) {
@@ -150,35 +154,36 @@ bool write_header(File& file, const DataSet& data, const DataSummary& summary, b
 
 }  // namespace
 
-bool write_native_header(File& file, const DataSet& data, const DataSummary& summary, NativeLayout& layout) {
-    return write_header(file, data, summary, false, layout);
+bool write_native_header(File& file, NativeForm form, const DataRecord& data, const DataSummary& summary, NativeLayout& layout) {
+    return write_header(file, form, data, summary, false, layout);
 }
 
-bool write_native_slice(File& file, std::span<const Complex> slice) {
-    if (session.header_type == 1) {
+bool write_native_slice(File& file, NativeForm form, std::span<const Complex> slice) {
+    if (form.type == 1) {
         std::array<unsigned char, 4> prefix{};
-        store_word(prefix.data(), static_cast<uint32_t>(2 * slice.size()), written_order());
+        store_word(prefix.data(), static_cast<uint32_t>(2 * slice.size()), form.order);
         if (!file.write(prefix.data(), prefix.size())) return false;
     }
-    if (written_order() == machine_order) return file.write(slice.data(), slice.size_bytes());
+    if (form.order == machine_order) return file.write(slice.data(), slice.size_bytes());
     Buffer<Complex> swapped;
     if (!swapped.allocate(slice.size())) return false;
     std::copy(slice.begin(), slice.end(), swapped.data());
-    to_machine_order(swapped.data(), 2 * swapped.size(), written_order());
+    to_machine_order(swapped.data(), 2 * swapped.size(), form.order);
     return file.write(swapped.data(), slice.size_bytes());
 }
 
-bool write_native_tailer(File& file, const DataSet& data) {
-    if (session.header_type == 3 || data.dims[2].points > 1 || data.dims[3].points > 1) return true;
+bool write_native_tailer(File& file, NativeForm form, const DataRecord& data) {
+    if (form.type == 3 || data.dims[2].points > 1 || data.dims[3].points > 1) return true;
     return file.write(tailer_text(data));
 }
 
 bool write_native_file(File& file, const DataSet& data, NativeLayout& layout) {
     DataSummary summary;
     summary.add(data.store.all());
-    bool good = write_native_header(file, data, summary, layout);
-    for (size_t i = 0; good && i < data.store.count(); ++i) good = write_native_slice(file, data.store.vector(i));
-    return good && write_native_tailer(file, data);
+    const NativeForm form = configured_form();
+    bool good = write_native_header(file, form, data, summary, layout);
+    for (size_t i = 0; good && i < data.store.count(); ++i) good = write_native_slice(file, form, data.store.vector(i));
+    return good && write_native_tailer(file, form, data);
 }
 
 bool read_native_slice(File& file, const NativeLayout& layout, uint64_t index, std::span<Complex> points) {
@@ -201,10 +206,10 @@ bool FileWrite(const std::string& path, const DataSet& data) {
     DataSummary summary;
     summary.add(data.cvNMRdata());
     NativeLayout layout;
-    if (!write_header(file, data, summary, true, layout)) return fail("Could not write header in FileWrite.");
-    const bool with_tailer = layout.type != 3;
-    if (!write_native_slice(file, data.cvNMRdata()) || (with_tailer && !static_cast<File&>(file).write(tailer_text(data))) ||
-        !file.commit())
+    const NativeForm form = configured_form();
+    if (!write_header(file, form, data, summary, true, layout)) return fail("Could not write header in FileWrite.");
+    const bool slice_written = write_native_slice(file, form, data.cvNMRdata());
+    if (!slice_written || (form.type != 3 && !file.write(tailer_text(data))) || !file.commit())
         return fail(format_text("Failed trying to save file\n%s\nDisk Full ???", path.c_str()));
     return true;
 }

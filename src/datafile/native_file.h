@@ -23,21 +23,29 @@ bool FileRead(const std::string& path, DataSet& into);
 /// Stores the current slice of the data set as a one-dimensional file of the configured type.
 bool FileWrite(const std::string& path, const DataSet& data);
 
+/// Header type and byte order of a file to be written.
+struct NativeForm {
+    int type = 2;
+    ByteOrder order = ByteOrder::little;
+};
+/// The form that the configuration asks for.
+NativeForm configured_form();
+
 /// The pieces of a whole native file, for writers that produce one slice after another: header (the data set's counts),
 /// every slice in order, tailer. Each returns false when the disk does not take it. The header of type 3 describes the
 /// points, which are summarised beforehand; `layout` tells where the slices will stand.
-bool write_native_header(File& file, const DataSet& data, const DataSummary& summary, NativeLayout& layout);
-bool write_native_slice(File& file, std::span<const Complex> slice);
-bool write_native_tailer(File& file, const DataSet& data);
+bool write_native_header(File& file, NativeForm form, const DataRecord& data, const DataSummary& summary, NativeLayout& layout);
+bool write_native_slice(File& file, NativeForm form, std::span<const Complex> slice);
+bool write_native_tailer(File& file, NativeForm form, const DataRecord& data);
 
 /// All of it from memory: header, every vector of the store, tailer. `layout` tells where the slices stand.
 bool write_native_file(File& file, const DataSet& data, NativeLayout& layout);
 
 /// Takes the header of an open file of `size` bytes into the data set and completes the layout. An empty text on
 /// success, else what is wrong; `wrong_marker_text` when it is no native file.
-std::string read_native_header(File& file, uint64_t size, NativeLayout& layout, DataSet& data);
+std::string read_native_header(File& file, uint64_t size, NativeLayout& layout, DataRecord& data);
 /// Takes the tailer behind the slices, if there is one.
-void read_native_tailer(File& file, uint64_t size, const NativeLayout& layout, DataSet& data);
+void read_native_tailer(File& file, uint64_t size, const NativeLayout& layout, DataRecord& data);
 
 extern const char* const wrong_marker_text;
 

@@ -29,7 +29,7 @@ Pair pair_of(std::string_view line) {
     return {trimmed(line.substr(0, equals)), line.substr(equals + 1)};
 }
 
-void read_nuclei(std::string_view value, DataSet& data) {
+void read_nuclei(std::string_view value, DataRecord& data) {
     const auto names = split_fields(value, ",");
     for (size_t d = 0; d < names.size() && d < data.dims.size(); ++d) {
         const std::string_view name = trimmed(names[d]);
@@ -37,7 +37,7 @@ void read_nuclei(std::string_view value, DataSet& data) {
     }
 }
 
-void read_information_line(std::string_view line, DataSet& data) {
+void read_information_line(std::string_view line, DataRecord& data) {
     if (line.find('=') == std::string_view::npos) return;
     const auto [key, value] = pair_of(line);
     const struct {
@@ -51,7 +51,7 @@ void read_information_line(std::string_view line, DataSet& data) {
 }
 
 // What an FID still waits for: SENSE=-1, 1, 1, 1 and GROUP_DELAY=67.98.
-void read_fid_state_line(std::string_view line, DataSet& data) {
+void read_fid_state_line(std::string_view line, DataRecord& data) {
     const auto [key, value] = pair_of(line);
     if (same_word(key, "SENSE")) {
         const auto senses = split_fields(value, ", \t");
@@ -64,7 +64,7 @@ void read_fid_state_line(std::string_view line, DataSet& data) {
     }
 }
 
-bool fid_state_pending(const DataSet& data) {
+bool fid_state_pending(const DataRecord& data) {
     return data.group_delay != 0 || std::any_of(data.dims.begin(), data.dims.end(), [](const Dimension& d) { return d.sense < 0; });
 }
 
@@ -72,7 +72,7 @@ bool fid_state_pending(const DataSet& data) {
 struct Section {
     const char* keyword;
     const char* end;
-    void (*read_line)(std::string_view line, DataSet& data);
+    void (*read_line)(std::string_view line, DataRecord& data);
 };
 
 constexpr Section sections[] = {
@@ -82,7 +82,7 @@ constexpr Section sections[] = {
 
 }  // namespace
 
-void read_tailer(std::string_view text, DataSet& data) {
+void read_tailer(std::string_view text, DataRecord& data) {
     const Section* section = nullptr;
     for (std::string_view line; take_line(text, line);) {
         const std::string_view token = first_token(line);
@@ -99,7 +99,7 @@ void read_tailer(std::string_view text, DataSet& data) {
     }
 }
 
-std::string tailer_text(const DataSet& data) {
+std::string tailer_text(const DataRecord& data) {
     const auto nucleus = [&](size_t d) { return data.dims[d].nucleus.empty() ? std::string("n/a") : data.dims[d].nucleus; };
     const auto line = [](const char* key, std::string_view value) { return std::string(key) + "=" + std::string(value) + "\r\n"; };
     std::string text = "INFORMATION\r\n";

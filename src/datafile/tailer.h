@@ -9,9 +9,9 @@
 namespace zolt {
 
 /// Takes the sections of a tailer into the data set. Unknown sections, unknown keys and blank lines are skipped.
-void read_tailer(std::string_view text, DataSet& data);
+void read_tailer(std::string_view text, DataRecord& data);
 
 /// The whole tailer of the data set, ending with END_TAILER.
-std::string tailer_text(const DataSet& data);
+std::string tailer_text(const DataRecord& data);
 
 }  // namespace zolt

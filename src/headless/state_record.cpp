@@ -5,6 +5,7 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 
+#include "datafile/file_c.h"
 #include "state/dataset.h"
 #include "state/session.h"
 
@@ -53,6 +54,15 @@ Json list(const Records& records, One one) {
     return out;
 }
 
+Json file_c_record() {
+    const auto& dims = file_c.header.dims;
+    return {{"open", file_c.open},
+            {"name", file_c.name},
+            {"slice", file_c.slice},
+            {"slices", dims[1].points},
+            {"points", dims[0].points}};
+}
+
 }  // namespace
 
 nlohmann::ordered_json state_record() {
@@ -97,7 +107,7 @@ nlohmann::ordered_json state_record() {
             {"rel_value", number(show.rel_value)},
             {"integrals", list(show.integrals, integral)},
             {"peaks", list(show.peaks, peak)},
-            {"file_c", {{"open", false}, {"name", ""}, {"slice", 0}, {"slices", 0}, {"points", 0}}}};
+            {"file_c", file_c_record()}};
 }
 
 }  // namespace zolt

@@ -88,7 +88,8 @@ bool merge_parts(File& real, File& imaginary, const DataSet& parameters, bool sw
     const uint64_t rows = rows_of(parameters);
     message = each_rows(real, imaginary, parameters, swap, [&](std::span<const Complex> pairs, uint64_t done) -> std::string {
         for (size_t at = 0; at < pairs.size(); at += points)
-            if (!write_native_slice(output, pairs.subspan(at, points))) return "The output file cannot be written.\nDisk Full ???";
+            if (!write_native_slice(output, configured_form(), pairs.subspan(at, points)))
+                return "The output file cannot be written.\nDisk Full ???";
         const bool go_on = done == rows || platform().progress(static_cast<double>(done) / static_cast<double>(rows));
         return go_on ? "" : "The import was cancelled.";
     });

@@ -138,12 +138,12 @@ bool write_output(TemporaryFiles& temporary, const DataSet& parameters, bool swa
     DataSummary summary;
     NativeLayout layout;
     if (!summarize_parts(temporary.file(1), temporary.file(2), parameters, swap, summary) ||
-        !write_native_header(output, parameters, summary, layout)) {
+        !write_native_header(output, configured_form(), parameters, summary, layout)) {
         message = "The output file cannot be written.\nDisk Full ???";
         return false;
     }
     if (!merge_parts(temporary.file(1), temporary.file(2), parameters, swap, output, message)) return false;
-    if (write_native_tailer(output, parameters) && output.commit()) return true;
+    if (write_native_tailer(output, configured_form(), parameters) && output.commit()) return true;
     message = "The output file cannot be written.\nDisk Full ???";
     return false;
 }
