@@ -420,7 +420,7 @@ std::string decode_dxb_header(std::string_view text, uint64_t file_bytes, Native
         if (rest.empty() || rest[0] != control_z) return "Did not find the expected ^Z in read_JCAMPDXB_header";
         layout.header_bytes = static_cast<uint64_t>(rest.data() - text.data()) + 1;
         if (data.experiment.empty()) data.experiment = "No Experiment listed in imported data header";
-        if (!(data.group_delay > 0 && data.group_delay <= data.pts1d())) data.group_delay = 0;
+        if (!data.possible_delay(data.group_delay)) data.group_delay = 0;
         return check_counts(binary, file_bytes, layout, data);
     }
     return "its header has no ##BINARY line";

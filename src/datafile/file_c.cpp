@@ -6,6 +6,7 @@
 
 #include "common/buffer.h"
 #include "common/text.h"
+#include "datafile/slice.h"
 #include "platform/platform.h"
 
 namespace zolt {
@@ -147,14 +148,7 @@ bool UpdateHeaderA() {
     if (!temporary.open(show.file_a)) return fail("Could not open Temp file to do UpdateHeaderA.");
     // Counts, domain and pending state are those of the slices in the file, not of the one being worked on.
     read_native_tailer(file, size, layout, old);
-    DataRecord header = show;
-    header.group_delay = old.group_delay;
-    for (size_t d = 0; d < header.dims.size(); ++d) {
-        header.dims[d].points = old.dims[d].points;
-        header.dims[d].domain_code = old.dims[d].domain_code;
-        header.dims[d].frequency = old.dims[d].frequency;
-        header.dims[d].sense = old.dims[d].sense;
-    }
+    const DataRecord header = with_state_of_slices(show, old);
     uint64_t all = 1;
     for (size_t d = 1; d < 4; ++d) all *= static_cast<uint64_t>(old.dims[d].points);
     const char* wrong = copy_slices(file, layout, std::min(all, whole_slices(layout, size)), header, temporary, texts);

@@ -16,6 +16,7 @@ int cmd_sc(Arguments& args);
 int cmd_oc(Arguments& args);
 int cmd_cc(Arguments& args);
 int cmd_uh(Arguments& args);
+int cmd_transpose(Arguments& args);
 
 /// Asks whether an existing file may be written over; true when there is none, or commands are played back.
 bool may_replace(const std::string& path);

@@ -31,6 +31,17 @@ void take_state_of_file(const DataSet& file, DataSet& data) {
 
 }  // namespace
 
+DataRecord with_state_of_slices(DataRecord data, const DataRecord& file) {
+    data.group_delay = file.group_delay;
+    for (size_t d = 0; d < data.dims.size(); ++d) {
+        data.dims[d].points = file.dims[d].points;
+        data.dims[d].domain_code = file.dims[d].domain_code;
+        data.dims[d].frequency = file.dims[d].frequency;
+        data.dims[d].sense = file.dims[d].sense;
+    }
+    return data;
+}
+
 bool get_slice(File& file, uint64_t size, int64_t k, DataSet& data) {
     if (CurrentArrayedLevel() != 0) return fail("get_slice used in error in Arrayed Mode");
     if (k < 0 || k >= data.dims[1].points) return no_such_slice(k);

@@ -13,6 +13,10 @@ namespace zolt {
 /// success; a failure is reported.
 bool get_slice(File& file, uint64_t size, int64_t k, DataSet& data);
 
+/// The parameters of the data set with the counts and the state (domain, sense, delay) of the slices in its file: what a
+/// header written for those slices says.
+DataRecord with_state_of_slices(DataRecord data, const DataRecord& file);
+
 /// Makes slice k (from 0) of File A the current data. False, after its message, when there is no such slice.
 bool set_sliceA(int64_t k);
 

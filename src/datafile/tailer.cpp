@@ -59,8 +59,7 @@ void read_fid_state_line(std::string_view line, DataRecord& data) {
             data.dims[d].sense = integer_or_zero(senses[d]) < 0 ? -1 : 1;
     } else if (same_word(key, "GROUP_DELAY")) {
         const double delay = number_or_zero(value);
-        // A delay beyond the data is no delay of these data.
-        data.group_delay = delay > 0 && delay <= data.pts1d() ? delay : 0;
+        data.group_delay = data.possible_delay(delay) ? delay : 0;
     }
 }
 

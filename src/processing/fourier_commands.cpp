@@ -46,7 +46,10 @@ bool fill_to_power_of_two() {
 
 bool can_transform(VectorStore& store, int direction) { return fft_available(store.vector(0).data(), store.points(), direction); }
 
-bool delay_is_pending() { return show.group_delay != 0 && settings.bruker_filter; }
+// The delay belongs to the direct dimension; after a transposition that is not dimension 1.
+bool has_delay() { return show.group_delay != 0 && &show.direct() == &show.dims[0]; }
+
+bool delay_is_pending() { return has_delay() && settings.bruker_filter; }
 
 int complex_ft(bool sort) {
     if (!fill_to_power_of_two()) return 0;
@@ -281,7 +284,7 @@ int cmd_realft(Arguments& args) {
 
 int cmd_br(Arguments& args) {
     if (args.ask_usage()) return show_reply("  - USAGE:  BR");
-    if (show.group_delay == 0) return show_reply("  - No group delay is pending.");
+    if (!has_delay()) return show_reply("  - No group delay is pending.");
     const WaitCursor wait;
     return take_out_delay();
 }

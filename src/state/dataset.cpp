@@ -13,6 +13,15 @@ DataRecord::DataRecord() {
     for (size_t d = 0; d < dims.size(); ++d) dims[d].order = static_cast<int>(d) + 1;
 }
 
+const Dimension& DataRecord::direct() const {
+    const auto found = std::find_if(dims.begin(), dims.end(), [](const Dimension& d) { return d.order == 1; });
+    return found != dims.end() ? *found : dims[0];
+}
+
+bool DataRecord::possible_delay(double delay) const {
+    return delay > 0 && std::any_of(dims.begin(), dims.end(), [delay](const Dimension& d) { return delay <= d.points; });
+}
+
 int CurrentArrayedLevel() { return show.level; }
 
 void mark_changed() {

@@ -90,6 +90,11 @@ struct DataRecord {
     CarriedWords words;
 
     int32_t pts1d() const { return dims[0].points; }
+    /// The dimension that was recorded directly, which a pending group delay belongs to: dimension 1 until a transposition
+    /// puts it elsewhere.
+    const Dimension& direct() const;
+    /// Whether a group delay can be one of these data: positive, and no longer than their longest dimension.
+    bool possible_delay(double delay) const;
     /// The stored line broadening in Hz is parameter P6 of dimension 1.
     float& lb() { return dims[0].carried[4]; }
     float lb() const { return dims[0].carried[4]; }
