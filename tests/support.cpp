@@ -69,6 +69,10 @@ std::string RecordingPlatform::said() const {
     return all;
 }
 
+void RecordingPlatform::forget() {
+    for (auto* list : {&messages, &questions, &captions, &dialogs, &statuses, &replies}) list->clear();
+}
+
 TemporaryFolder::TemporaryFolder() {
     path_ = (fs::temp_directory_path() / "zolt-test-XXXXXX").string();
     if (mkdtemp(path_.data()) == nullptr) std::abort();
@@ -140,6 +144,22 @@ void CommandTest::load(const std::vector<Complex>& points, int domain_code, bool
 std::vector<Complex> CommandTest::data() const {
     const auto points = show.cvNMRdata();
     return {points.begin(), points.end()};
+}
+
+void CommandTest::refused(const std::string& line, const std::string& text, int result) {
+    const auto files = [&] {
+        std::string all;
+        for (const auto& entry : fs::recursive_directory_iterator(root_.path()))
+            if (entry.is_regular_file()) all += entry.path().string() + read_file(entry.path());
+        return all;
+    };
+    const std::string files_before = files();
+    const DataRecord record = show;
+    const std::vector<Complex> points = data();
+    platform_.forget();
+    EXPECT_EQ(run(line), result) << line;
+    EXPECT_TRUE(said(text)) << line << " said " << platform_.said();
+    EXPECT_TRUE(record == show && points == data() && files_before == files()) << line;
 }
 
 std::vector<Complex> sample_points(size_t n, unsigned seed) {

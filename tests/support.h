@@ -41,8 +41,9 @@ public:
     void line_done(std::string_view text, int result, LineSource) override;
     void close_requested() override { ++closes; }
 
-    /// Everything said in any way, one text a line.
+    /// Everything said in any way since the last forget(), one text a line.
     std::string said() const;
+    void forget();
 
 private:
     std::optional<std::string> next_answer();
@@ -76,6 +77,9 @@ protected:
     /// Makes the vector the current data set: dimension 1, SF 400, SW 5000.
     void load(const std::vector<Complex>& points, int domain_code = domain_complex, bool frequency = false);
     std::vector<Complex> data() const;
+    bool said(const std::string& text) const { return platform_.said().find(text) != std::string::npos; }
+    /// Runs a line that has to give `result`, say the text and leave the data set and all files of the root folder as they were.
+    void refused(const std::string& line, const std::string& text, int result = 0);
 
     RecordingPlatform platform_;
     TemporaryFolder root_;
