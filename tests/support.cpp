@@ -1,6 +1,7 @@
 // The recording platform, temporary folders and typed lines of the tests.
 #include "support.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -12,6 +13,7 @@
 #include "app/startup.h"
 #include "common/text.h"
 #include "config/paths.h"
+#include "datafile/native_file.h"
 #include "state/session.h"
 
 namespace zolt::test {
@@ -144,6 +146,34 @@ void CommandTest::load(const std::vector<Complex>& points, int domain_code, bool
 std::vector<Complex> CommandTest::data() const {
     const auto points = show.cvNMRdata();
     return {points.begin(), points.end()};
+}
+
+std::vector<Complex> CommandTest::write_set(const std::string& name, std::array<int32_t, 4> counts,
+                                            const std::function<void(DataSet&)>& edit) const {
+    DataSet data;
+    for (size_t d = 0; d < 4; ++d) data.dims[d].points = counts[d];
+    const auto points = sample_points(static_cast<size_t>(counts[0]) * data.all_slices());
+    EXPECT_TRUE(data.store.allocate(data.all_slices(), static_cast<size_t>(counts[0])));
+    std::copy(points.begin(), points.end(), data.store.all().begin());
+    if (edit) edit(data);
+    File file(root_.path(name), "wb");
+    NativeLayout layout;
+    EXPECT_TRUE(write_native_file(file, data, layout) && file.close());
+    return points;
+}
+
+std::vector<Complex> CommandTest::points_of(const std::string& name) const {
+    const uint64_t size = file_facts(root_.path(name)).size;
+    File file = open_for_reading(root_.path(name));
+    NativeLayout layout;
+    DataRecord record;
+    EXPECT_EQ(read_native_header(file, size, layout, record), "");
+    const auto points = static_cast<size_t>(record.pts1d());
+    std::vector<Complex> all(points * layout.slices_in(size));
+    if (record.all_slices() < layout.slices_in(size)) all.resize(points * record.all_slices());
+    for (size_t k = 0; k * points < all.size(); ++k)
+        EXPECT_TRUE(read_native_slice(file, layout, k, std::span(all).subspan(k * points, points)));
+    return all;
 }
 
 void CommandTest::refused(const std::string& line, const std::string& text, int result) {

@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <complex>
 #include <deque>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -17,7 +19,7 @@ namespace zolt::test {
 /// a text), then questions by `default_answer` and dialogs by cancelling.
 class RecordingPlatform : public Platform {
 public:
-    std::vector<std::string> messages, questions, captions, dialogs, statuses, replies, lines;
+    std::vector<std::string> messages, questions, captions, dialogs, statuses, replies, lines, clipboards;
     std::vector<int> results, posted;
     std::deque<std::string> answers;
     Answer default_answer = Answer::no;
@@ -35,7 +37,7 @@ public:
     void wait_cursor(bool) override {}
     bool progress(double) override { return !cancel_progress; }
     void redraw() override { ++redraws; }
-    void clipboard(std::string_view) override {}
+    void clipboard(std::string_view text) override { clipboards.emplace_back(text); }
     void character_posted(int character) override { posted.push_back(character); }
     bool message_waiting() override { return false; }
     void line_done(std::string_view text, int result, LineSource) override;
@@ -77,6 +79,12 @@ protected:
     /// Makes the vector the current data set: dimension 1, SF 400, SW 5000.
     void load(const std::vector<Complex>& points, int domain_code = domain_complex, bool frequency = false);
     std::vector<Complex> data() const;
+    /// Writes a native file of the configured type with these counts into the root folder, `edit` having the last word on
+    /// its parameters; returns its points.
+    std::vector<Complex> write_set(const std::string& name, std::array<int32_t, 4> counts,
+                                   const std::function<void(DataSet&)>& edit = {}) const;
+    /// Every point of a native file of the root folder.
+    std::vector<Complex> points_of(const std::string& name) const;
     bool said(const std::string& text) const { return platform_.said().find(text) != std::string::npos; }
     /// Runs a line that has to give `result`, say the text and leave the data set and all files of the root folder as they were.
     void refused(const std::string& line, const std::string& text, int result = 0);

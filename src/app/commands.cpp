@@ -2,10 +2,12 @@
 // marked as shadowed.
 #include "app/commands.h"
 
+#include "analysis/integral_commands.h"
 #include "app/app_commands.h"
 #include "app/help.h"
 #include "app/link_player.h"
 #include "common/text.h"
+#include "datafile/arrayed.h"
 #include "datafile/file_commands.h"
 #include "display/display_commands.h"
 #include "import/import_commands.h"
@@ -19,11 +21,6 @@ namespace {
 // A word whose work is still to be built: it is known, and refused with a sentence that says so.
 constexpr Command planned(const char* keyword, const char* summary = "planned", bool shadowed = false) {
     return {keyword, nullptr, plain, keyword, summary, shadowed};
-}
-
-// The same where the usage is settled already: the word answers ? with it.
-constexpr Command planned_with_usage(const char* keyword, const char* usage, const char* summary) {
-    return {keyword, nullptr, plain, usage, summary};
 }
 
 constexpr const char* array_usage = "Usage: ar < off / on /  complex /  pairwise / tppi2pairwise / 3D >";
@@ -46,19 +43,19 @@ constexpr Command keywords[] = {
     planned("SwitchAB", "rearranges the A and B vectors of every pair"),
     planned("AB", "rearranges the A and B vectors of every pair"),
     planned("AC"), planned("ACQORDER"), planned("AD"), planned("AF"),
-    planned("AutoIntegrate", "automatic integration"),
-    planned("AI", "automatic integration"),
+    {"AutoIntegrate", cmd_ai, needs_data | redraws, "AI or AutoIntegrate [segments number]", "finds and integrates the signals"},
+    {"AI", cmd_ai, needs_data | redraws, "AI or AutoIntegrate [segments number]", "finds and integrates the signals"},
     planned("AL"), planned("AM"), planned("AN"), planned("AO"),
-    planned_with_usage("ARRAY", array_usage, "enters, changes or leaves the Arrayed mode"),
-    planned_with_usage("AR", array_usage, "enters, changes or leaves the Arrayed mode"),
+    {"ARRAY", cmd_array, redraws, array_usage, "enters, changes or leaves the Arrayed mode"},
+    {"AR", cmd_array, redraws, array_usage, "enters, changes or leaves the Arrayed mode"},
     planned("AS", "adds or subtracts spectra"),
     planned("AutoPhase", "automatic phase correction"),
     planned("QP", "automatic phase correction"),
     planned("AP", "automatic phase correction"),
     planned("Axis", "axis unit"),
     planned("AxisPen"), planned("B+"), planned("B-"),
-    planned("B1", "data buffer 1"),
-    planned("B2", "data buffer 2"),
+    {"B1", cmd_buffer<1>, needs_data | redraws, "B1 [clear / comment]", "keeps the current data in buffer 1, for comparison"},
+    {"B2", cmd_buffer<2>, needs_data | redraws, "B2 [clear / comment]", "keeps the current data in buffer 2, for comparison"},
     planned("BA"), planned("BASE64"),
     planned("BASELINE", "fitted baseline correction"),
     planned("QB", "fitted baseline correction"),
@@ -131,9 +128,9 @@ constexpr Command keywords[] = {
     planned("histogram", "histogram of the data"),
     planned("HI", "histogram of the data"),
     planned("HL"), planned("HT"), planned("HS"), planned("HZPERMM"), planned("IA"), planned("IB"),
-    planned("ID", "integrals"),
-    planned("IncrementExt", "increments the extension of File A or B"),
-    planned("IE", "increments the extension of File A or B"),
+    {"ID", cmd_id, needs_data | redraws, "ID <from> <to> / list / clear / del <n> / scale <n> <value>", "integrals: defines, lists, scales them"},
+    {"IncrementExt", cmd_incrementext, redraws, "IE or IncrementExt [A / B]", "opens the file with the next number as File A or B"},
+    {"IE", cmd_incrementext, redraws, "IE or IncrementExt [A / B]", "opens the file with the next number as File A or B"},
     planned("IF", "information on the data set"),
     planned("info", "information on the data set"),
     planned("IG"), planned("II"), planned("IL"),
@@ -212,7 +209,7 @@ constexpr Command keywords[] = {
     {"PT", cmd_processtype, plain, "PT or ProcessType <key>", "sets the process type of the data set"},
     planned("PW"),
     planned("PhaseC", "sets the stored second-order phase"),
-    planned("Plane", "selects a plane"),
+    {"Plane", cmd_plane, needs_data | redraws, "Plane [number [cube] / + / next / - / last]", "selects a plane of 3D and 4D data"},
     planned("Projection", "projections"),
     planned("proj", "projections"),
     planned("QuickA", "opens a file quickly"),
@@ -303,6 +300,7 @@ constexpr Command keywords[] = {
     planned("ZE", "zeroes a region"),
     planned("ZeroDiagonal", "zeroes the diagonal"),
     // Words of our own stand behind the last of the list above.
+    {"TailerExport", cmd_tailerexport, needs_data, "TailerExport", "writes the tailer of File A as a text file (.tlr)"},
     {"Help", cmd_help, plain, "Help [word]", "lists the commands, or tells what one of them does"},
 };
 

@@ -9,6 +9,7 @@
 #include "app/main_loop.h"
 #include "app/undo.h"
 #include "common/text.h"
+#include "datafile/integrals.h"
 #include "platform/platform.h"
 #include "state/dataset.h"
 #include "state/session.h"
@@ -29,6 +30,7 @@ int run_command(const Command& command, Arguments& args) {
     if ((command.flags & needs_data) != 0 && !show.loaded && !args.ask_usage())
         return refuse(format_text("%s needs a data set.\nOpen one with GA or import one with IM.", command.keyword));
     const int result = command.handler(args);
+    refresh_integrals(show);
     if (result == 1 && (command.flags & redraws) != 0) RedrawDisplay();
     return result;
 }

@@ -85,6 +85,19 @@ ReplacedFile::~ReplacedFile() {
     if (!private_name_.empty()) ::unlink(private_name_.c_str());
 }
 
+bool ReplacedFile::failed() {
+    error_ = errno;
+    return false;
+}
+
+namespace {
+
+std::string private_template(const std::string& target) {
+    return format_text("%s/.zolt-%d-XXXXXX", folder_of(target).c_str(), static_cast<int>(::getpid()));
+}
+
+}  // namespace
+
 bool ReplacedFile::open(const std::string& target) {
     // A link is followed, so that the file it leads to is the one replaced.
     std::error_code resolve_error;
@@ -95,50 +108,63 @@ bool ReplacedFile::open(const std::string& target) {
         error_ = facts.folder ? EISDIR : EINVAL;
         return false;
     }
-    if (facts.exists && ::access(target_.c_str(), W_OK) != 0) {
-        error_ = errno;
-        return false;
-    }
-    std::string name = format_text("%s/.zolt-%d-XXXXXX", folder_of(target_).c_str(), static_cast<int>(::getpid()));
-    const int descriptor = ::mkstemp(name.data());
-    if (descriptor < 0) {
-        error_ = errno;
-        return false;
-    }
-    private_name_ = name;
-    // mkstemp makes the file private to the user; give it the permissions of the file it replaces, or the usual ones.
+    if (facts.exists && ::access(target_.c_str(), W_OK) != 0) return failed();
+    // The permissions of the file that is replaced, or the usual ones.
     struct stat old = {};
     const mode_t mask = ::umask(0);
     ::umask(mask);
     const mode_t mode = facts.exists && ::stat(target_.c_str(), &old) == 0 ? old.st_mode & 07777 : 0666 & ~mask;
-    if (::fchmod(descriptor, mode) != 0) error_ = errno;
-    ::close(descriptor);
-    file_ = File(name, "r+b");
-    if (!file_) error_ = errno;
-    return static_cast<bool>(file_);
+    return open_private(mode);
 }
 
-bool ReplacedFile::write(const void* from, size_t size) {
-    if (file_.write(from, size)) return true;
-    error_ = errno;
-    return false;
+bool ReplacedFile::open_private(unsigned mode) {
+    int descriptor = ::open(folder_of(target_).c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    if (descriptor < 0) {
+        std::string name = private_template(target_);
+        descriptor = ::mkstemp(name.data());
+        if (descriptor < 0) return failed();
+        private_name_ = name;
+    }
+    if (::fchmod(descriptor, mode) != 0) error_ = errno;
+    file_ = File(descriptor, "w+b");
+    if (file_) return true;
+    ::close(descriptor);
+    return failed();
 }
+
+bool ReplacedFile::write(const void* from, size_t size) { return file_.write(from, size) || failed(); }
 
 bool ReplacedFile::seek(uint64_t offset) { return file_.seek(offset); }
 
-bool ReplacedFile::commit() {
-    bool good = file_ && std::fflush(file_.stream()) == 0 && ::fsync(::fileno(file_.stream())) == 0;
-    if (!good) error_ = errno;
-    if (!file_.close() && good) {
-        good = false;
-        error_ = errno;
+bool ReplacedFile::put_in_place() {
+    if (!file_ || std::fflush(file_.stream()) != 0 || ::fsync(::fileno(file_.stream())) != 0) return failed();
+    if (private_name_.empty()) {
+        // A name of its own first: only a rename replaces the target in one step.
+        const std::string from = format_text("/proc/self/fd/%d", ::fileno(file_.stream()));
+        std::string name = private_template(target_);
+        const int place = ::mkstemp(name.data());
+        if (place < 0) return failed();
+        ::close(place);
+        ::unlink(name.c_str());
+        if (::linkat(AT_FDCWD, from.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) != 0) return failed();
+        private_name_ = name;
     }
-    if (good && ::rename(private_name_.c_str(), target_.c_str()) != 0) {
-        good = false;
-        error_ = errno;
-    }
-    if (!good) return false;
+    if (::rename(private_name_.c_str(), target_.c_str()) != 0) return failed();
     private_name_.clear();
+    return true;
+}
+
+bool ReplacedFile::commit() {
+    if (!put_in_place()) {
+        file_.close();
+        return false;
+    }
+    return file_.close() || failed();
+}
+
+bool ReplacedFile::commit_open(File& stream) {
+    if (!put_in_place()) return false;
+    stream = std::move(file_);
     return true;
 }
 

@@ -31,6 +31,8 @@ class File {
 public:
     File() = default;
     File(const std::string& path, const char* mode) : stream_(std::fopen(path.c_str(), mode)) {}
+    /// Takes over an open descriptor.
+    File(int descriptor, const char* mode) : stream_(::fdopen(descriptor, mode)) {}
     ~File() { close(); }
     File(File&& other) noexcept : stream_(other.stream_) { other.stream_ = nullptr; }
     File& operator=(File&& other) noexcept {
@@ -59,8 +61,8 @@ File open_for_reading(const std::string& path);
 /// The whole content of an ordinary file of at most `limit` bytes; false when it cannot be read or is larger.
 bool read_whole_file(const std::string& path, std::string& content, uint64_t limit);
 
-/// A file written beside its target under a private name and moved over it by `commit`. Destroyed before that, it
-/// leaves the target as it was.
+/// A file written beside its target and moved over it by `commit`. Destroyed before that, it leaves the target as it was.
+/// Where the file system can do it the file has no name until then, so that a killed program leaves nothing behind.
 class ReplacedFile {
 public:
     ReplacedFile() = default;
@@ -75,13 +77,19 @@ public:
     bool seek(uint64_t offset);
     /// Flushes the content to disk and puts it in place of the target.
     bool commit();
+    /// The same, and the file stays open: `stream` goes on writing what is now the target.
+    bool commit_open(File& stream);
     int error() const { return error_; }
     /// The file behind it, for writers that take any file.
     operator File&() { return file_; }
 
 private:
+    bool open_private(unsigned mode);
+    bool put_in_place();
+    bool failed();
+
     File file_;
-    std::string target_, private_name_;
+    std::string target_, private_name_;  ///< the private name is "" while the file has none at all
     int error_ = 0;
 };
 

@@ -1,6 +1,7 @@
 // ASCII folding and splitting; printf in the C locale.
 #include "common/text.h"
 
+#include <algorithm>
 #include <clocale>
 #include <cstdarg>
 #include <cstdio>
@@ -58,6 +59,12 @@ bool take_line(std::string_view& text, std::string_view& line) {
     text = end == std::string_view::npos ? std::string_view{} : text.substr(end + 1);
     if (line.ends_with('\r')) line.remove_suffix(1);
     return true;
+}
+
+std::string one_line(std::string text) {
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n' || c == '\x1A'; }, ' ');
+    return text;
 }
 
 std::string_view cut(std::string_view text, size_t length) {

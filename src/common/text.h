@@ -25,6 +25,9 @@ std::vector<std::string_view> split_fields(std::string_view text, std::string_vi
 /// Takes the next line (LF or CR LF, without its end) off the front of `text`; false at the end.
 bool take_line(std::string_view& text, std::string_view& line);
 
+/// The text with blanks for its line ends and for control-Z, the marks that end a line or a text in a file.
+std::string one_line(std::string text);
+
 /// At most `length` bytes of the text, never cutting an UTF-8 character in two.
 std::string_view cut(std::string_view text, size_t length);
 

@@ -9,6 +9,7 @@
 
 #include "common/numbers.h"
 #include "common/text.h"
+#include "datafile/sections.h"
 
 namespace zolt {
 
@@ -54,13 +55,6 @@ struct Row {
     std::string (*write)(const Source& from);
     void (*read)(std::string_view value, DataRecord& to) = nullptr;
 };
-
-// A text of the data set in one line.
-std::string one_line(std::string text) {
-    std::replace_if(
-        text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n' || c == control_z; }, ' ');
-    return text;
-}
 
 template <std::string DataRecord::*text>
 std::string write_text(const Source& from) {
@@ -391,6 +385,7 @@ std::string encode_dxb_header(const DataRecord& data, const DataSummary& summary
     }
     std::string text;
     for (const Row& row : rows) text += row.label + row.write(from) + "\r\n";
+    text += header_sections(data);
     for (const Row& row : table_rows) text += row.label + row.write(from) + "\r\n";
     text += format_text("##BINARY(%lld)=%lld,IEEE32L\r\n", static_cast<long long>(all), static_cast<long long>(8 * all));
     return text + control_z;
@@ -410,7 +405,9 @@ std::string decode_dxb_header(std::string_view text, uint64_t file_bytes, Native
     layout = {};
     layout.type = 3;
     std::string_view rest = text;
+    SectionReader sections(data);
     for (std::string_view line; take_line(rest, line);) {
+        if (sections.take(line)) continue;
         if (!line.starts_with("##BINARY")) {
             take_line(line, data);
             continue;

@@ -22,11 +22,6 @@ bool fail(const std::string& text) {
 
 NativeForm form_of(const NativeLayout& layout) { return {layout.type, layout.order}; }
 
-// Slices that a file of this size holds whole.
-uint64_t whole_slices(const NativeLayout& layout, uint64_t size) {
-    return size > layout.header_bytes ? (size - layout.header_bytes) / layout.slice_bytes : 0;
-}
-
 // The texts of a copy's failures, which name what was copied.
 struct CopyTexts {
     const char *memory, *header, *read, *write;
@@ -73,16 +68,14 @@ bool take_header(File& file, const std::string& path, FileC& into) {
 bool create_fileC(const std::string& path) {
     if (file_c.open) return fail("File C already opened!");
     if (overwrite_refused(path)) return false;
+    ReplacedFile probe;
+    if (!probe.open(path)) return fail(format_text("Could not open a file called %s.\nDisk full?\nIn use ?", path.c_str()));
     FileC fresh;
-    fresh.file = File(path, "w+b");
-    if (!fresh.file) return fail(format_text("Could not open a file called %s.\nDisk full?\nIn use ?", path.c_str()));
-    DataSummary summary;
-    summary.add(show.cvNMRdata());
-    if (!write_native_header(fresh.file, configured_form(), show, summary, fresh.layout))
-        return fail("Could not write header in File C.");
+    fresh.layout.type = configured_form().type;
+    fresh.layout.order = configured_form().order;
     fresh.header = show;
     fresh.name = path;
-    fresh.open = true;
+    fresh.open = fresh.created = true;
     file_c = std::move(fresh);
     return true;
 }
@@ -104,14 +97,34 @@ bool open_fileC(const std::string& path, int64_t k) {
     return true;
 }
 
+namespace {
+
+bool write_slice(std::span<const Complex> points) {
+    return file_c.file.seek(file_c.layout.slice_offset(static_cast<uint64_t>(file_c.slice))) &&
+           write_native_slice(file_c.file, form_of(file_c.layout), points) && std::fflush(file_c.file.stream()) == 0;
+}
+
+// Header and first slice of a created File C, in one step in place of what was there.
+bool begin_file(std::span<const Complex> points) {
+    ReplacedFile file;
+    DataSummary summary;
+    summary.add(points);
+    const NativeForm form = form_of(file_c.layout);
+    if (!file.open(file_c.name) || !write_native_header(file, form, file_c.header, summary, file_c.layout) ||
+        !write_native_slice(file, form, points) || !file.commit_open(file_c.file))
+        return false;
+    file_c.created = false;
+    return true;
+}
+
+}  // namespace
+
 bool write_slice_to_fileC() {
     if (!file_c.open) return fail("File C is not open.\nOpen one with OC or S2.");
     const auto points = show.cvNMRdata();
     if (static_cast<int64_t>(points.size()) != file_c.header.pts1d())
         return fail("File A and File C have different sizes!\nClose File C with CC if necessary");
-    const bool written = file_c.file.seek(file_c.layout.slice_offset(static_cast<uint64_t>(file_c.slice))) &&
-                         write_native_slice(file_c.file, form_of(file_c.layout), points) && std::fflush(file_c.file.stream()) == 0;
-    if (!written) return fail("Error writing slice to File C");
+    if (!(file_c.created ? begin_file(points) : write_slice(points))) return fail("Error writing slice to File C");
     ++file_c.slice;
     return true;
 }
@@ -119,11 +132,12 @@ bool write_slice_to_fileC() {
 bool close_fileC() {
     if (!file_c.open) return fail("File C is not open.");
     FileC closing = std::exchange(file_c, FileC());
+    if (closing.created) return true;  // nothing was written
     const CopyTexts texts = {"Failed to get necessary memory in close_fileC", "Trouble writing header information",
                              "Failed to read a slice in close_fileC", "Failed to write a slice in close_fileC"};
     // A tailer that stood behind the slices of an opened file is no slice.
     const auto listed = static_cast<uint64_t>(std::max<int64_t>(closing.slice, closing.header.dims[1].points));
-    const uint64_t count = std::min(whole_slices(closing.layout, file_facts(closing.name).size), listed);
+    const uint64_t count = std::min(closing.layout.slices_in(file_facts(closing.name).size), listed);
     closing.header.dims[1].points = static_cast<int32_t>(count);
     closing.header.dims[2].points = closing.header.dims[3].points = 1;
     ReplacedFile temporary;
@@ -147,13 +161,11 @@ bool UpdateHeaderA() {
     ReplacedFile temporary;
     if (!temporary.open(show.file_a)) return fail("Could not open Temp file to do UpdateHeaderA.");
     // Counts, domain and pending state are those of the slices in the file, not of the one being worked on.
-    read_native_tailer(file, size, layout, old);
+    const std::string tailer = read_native_tailer(file, size, layout, old);
     const DataRecord header = with_state_of_slices(show, old);
-    uint64_t all = 1;
-    for (size_t d = 1; d < 4; ++d) all *= static_cast<uint64_t>(old.dims[d].points);
-    const char* wrong = copy_slices(file, layout, std::min(all, whole_slices(layout, size)), header, temporary, texts);
+    const char* wrong = copy_slices(file, layout, std::min(old.all_slices(), layout.slices_in(size)), header, temporary, texts);
     if (*wrong != '\0') return fail(wrong);
-    const bool written = write_native_tailer(temporary, form_of(layout), header) && temporary.commit();
+    const bool written = write_native_end(temporary, form_of(layout), header, tailer) && temporary.commit();
     return written || fail("Could Not Copy Temp File back to FileA in UpdateHeaderA");
 }
 

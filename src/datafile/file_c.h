@@ -14,6 +14,7 @@ struct FileC {
     File file;
     std::string name;  ///< absolute path
     bool open = false;
+    bool created = false;  ///< not on disk yet: the first slice puts header and slice in place of what was there
     DataRecord header;  ///< as the file has it; its count of slices may be ahead of those written
     NativeLayout layout;
     int64_t slice = 0;  ///< the next slice to be written, from 0
@@ -22,8 +23,8 @@ struct FileC {
 /// The one File C.
 extern FileC file_c;
 
-/// Creates File C in the configured form with the header of the current data set. Between this and close_fileC the file
-/// holds every slice written so far and can be read. False, after its message.
+/// Creates File C in the configured form with the header of the current data set. From its first slice to close_fileC the
+/// file holds every slice written so far and can be read; until then a file of that name stays. False, after its message.
 bool create_fileC(const std::string& path);
 
 /// Opens an existing file to write its slices from slice k (from 0) on; k below 0: behind its last one. False, after

@@ -16,16 +16,22 @@ namespace zolt {
 
 namespace {
 
-bool more_than_one_slice() { return show.dims[1].points > 1 || show.dims[2].points > 1 || show.dims[3].points > 1; }
+bool more_than_one_slice() { return show.all_slices() > 1; }
 
 bool agreed(const char* caption, const std::string& text) {
     return platform().question(caption, text, Buttons::yes_no) == Answer::yes;
 }
 
+// Whether File A has slices that the current level does not hold.
+bool file_holds_more() {
+    return CurrentArrayedLevel() == 0 ? show.all_slices() > 1 : record_of_level(show).all_slices() < show.all_slices();
+}
+
 // What the user has to agree to before this name is written to; true when it may be.
 bool may_save_as(const std::string& path) {
-    if (path == show.file_a && more_than_one_slice()) {
-        refuse("The displayed slice would replace the whole file\n" + path + "\nGive another name.");
+    if (path == show.file_a && file_holds_more()) {
+        const char* what = CurrentArrayedLevel() == 0 ? "The displayed slice" : "The part in memory";
+        refuse(what + (" would replace the whole file\n" + path) + "\nGive another name.");
         return false;
     }
     if (playing_back()) return true;
@@ -43,14 +49,10 @@ bool may_replace(const std::string& path) {
            agreed("Replace?", "Target file name already exists: " + path + "\nOverwrite?");
 }
 
-int cmd_savefile(Arguments& args) {
-    if (args.ask_usage()) return show_reply("SA or SaveFile [name]");
-    std::string name = args.next();
-    if (name.empty()) name = platform().file_dialog(FileChoice::save, "Save File A").value_or("");
-    if (name.empty()) return 0;
-    const std::string path = absolute_path(typed_path(name));
-    if (CurrentArrayedLevel() != 0)
-        return refuse(format_text("Saving a file in Arrayed mode level %d is not supported", CurrentArrayedLevel()));
+namespace {
+
+// Level 0: the current slice, as a 1D file of its own name when there are more.
+int save_slice(const std::string& path) {
     const bool slice_only = more_than_one_slice();
     if (slice_only)
         platform().message(
@@ -59,6 +61,32 @@ int cmd_savefile(Arguments& args) {
     if (!may_save_as(path) || !FileWrite(path, show)) return 0;
     show.changed = false;
     if (!slice_only) show.file_a = path;
+    return 1;
+}
+
+// An Arrayed level: all that it holds. The saved file becomes File A.
+int save_arrayed(const std::string& path) {
+    const WaitCursor wait;
+    if (!may_save_as(path) || !write_MD_file(path, show)) return 0;
+    if (path == show.file_a) return 1;
+    static_cast<DataRecord&>(show) = record_of_level(show);
+    if (show.level <= 2) show.slice_3 = 0;
+    if (show.level <= 3) show.slice_4 = 0;
+    show.file_a = path;
+    return 1;
+}
+
+}  // namespace
+
+int cmd_savefile(Arguments& args) {
+    if (args.ask_usage()) return show_reply("SA or SaveFile [name]");
+    std::string name = args.next();
+    if (name.empty()) name = platform().file_dialog(FileChoice::save, "Save File A").value_or("");
+    if (name.empty()) return 0;
+    const std::string path = absolute_path(typed_path(name));
+    if (CurrentArrayedLevel() == 0) return save_slice(path);
+    if (save_arrayed(path) == 0) return 0;
+    show.changed = false;
     return 1;
 }
 
@@ -105,6 +133,19 @@ int cmd_slice(Arguments& args) {
     const auto number = leading_number(word);
     if (!number) return show_reply("  - " + word + " is no slice number.");
     return set_sliceA(integer_or_zero(word) - 1) ? 1 : 0;
+}
+
+int cmd_plane(Arguments& args) {
+    if (args.ask_usage()) return show_reply("Plane [number [cube] / + / next / - / last]");
+    const std::string word = args.next();
+    if (word.empty())
+        return show_reply(format_text("  - Plane %d of %d, cube %d of %d", show.slice_3 + 1, show.dims[2].points, show.slice_4 + 1,
+                                      show.dims[3].points));
+    if (word == "+" || same_word(word, "next")) return set_planeA(int64_t{show.slice_3} + 1, show.slice_4) ? 1 : 0;
+    if (word == "-" || same_word(word, "last")) return set_planeA(int64_t{show.slice_3} - 1, show.slice_4) ? 1 : 0;
+    if (!leading_number(word)) return show_reply("  - " + word + " is no plane number.");
+    const std::string cube = args.next();
+    return set_planeA(integer_or_zero(word) - 1, cube.empty() ? show.slice_4 : integer_or_zero(cube) - 1) ? 1 : 0;
 }
 
 }  // namespace zolt

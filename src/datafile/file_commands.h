@@ -17,6 +17,15 @@ int cmd_oc(Arguments& args);
 int cmd_cc(Arguments& args);
 int cmd_uh(Arguments& args);
 int cmd_transpose(Arguments& args);
+int cmd_plane(Arguments& args);
+int cmd_tailerexport(Arguments& args);
+
+/// Keeps the current vector in data buffer `number`, for comparison; saved with the data set.
+int store_buffer(int number, Arguments& args);
+template <int number>
+int cmd_buffer(Arguments& args) {
+    return store_buffer(number, args);
+}
 
 /// Asks whether an existing file may be written over; true when there is none, or commands are played back.
 bool may_replace(const std::string& path);

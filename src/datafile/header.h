@@ -25,6 +25,8 @@ struct NativeLayout {
 
     uint64_t slice_offset(uint64_t slice) const { return header_bytes + slice * slice_bytes; }
     uint64_t prefix_bytes() const { return type == 1 ? 4 : 0; }
+    /// Whole slices in a file of `size` bytes, whatever its header promises.
+    uint64_t slices_in(uint64_t size) const { return size > header_bytes ? (size - header_bytes) / slice_bytes : 0; }
 };
 
 /// The first 20 bytes say byte order and header type (outside 1 to 2: 1); false without the native marker.

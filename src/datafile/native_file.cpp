@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
+#include <vector>
 
 #include "common/text.h"
 #include "datafile/header.h"
@@ -14,7 +16,7 @@ namespace zolt {
 
 namespace {
 
-constexpr uint64_t largest_tailer = 16 << 20;
+constexpr uint64_t largest_tailer = 256 << 20;
 
 bool fail(const std::string& text) {
     refuse(text);
@@ -78,12 +80,59 @@ std::string read_native_header(File& file, uint64_t size, NativeLayout& layout, 
     return decode_header({bytes.data(), whole}, size, layout, data);
 }
 
-void read_native_tailer(File& file, uint64_t size, const NativeLayout& layout, DataRecord& data) {
+namespace {
+
+bool many_planes(const DataRecord& data) { return data.dims[2].points > 1 || data.dims[3].points > 1; }
+
+// Bytes of the slice that holds a data buffer.
+uint64_t buffer_bytes(const DataBuffer& buffer, const NativeLayout& layout) {
+    return static_cast<uint64_t>(buffer.promised_points) * sizeof(Complex) + layout.prefix_bytes();
+}
+
+// Where the text begins in what follows the data: behind the slices of the buffers that it describes.
+size_t start_of_text(std::string_view text, const NativeLayout& layout) {
+    constexpr std::string_view keyword = "INFORMATION\r\n";
+    if (text.find("##$BUFFER=") == std::string_view::npos) return 0;
+    for (size_t at = text.find(keyword); at != std::string_view::npos; at = text.find(keyword, at + 1)) {
+        DataRecord described;
+        read_tailer(text.substr(at), described);
+        uint64_t bytes = 0;
+        for (const DataBuffer& buffer : described.buffers) bytes += buffer_bytes(buffer, layout);
+        if (bytes == at) return at;
+    }
+    return 0;
+}
+
+}  // namespace
+
+std::string read_native_tailer(File& file, uint64_t size, const NativeLayout& layout, DataRecord& data) {
     // Behind the planes of 3D and 4D files nothing follows the data.
     const uint64_t start = layout.slice_offset(layout.slices);
-    if (layout.type == 3 || data.dims[2].points > 1 || data.dims[3].points > 1 || start >= size) return;
+    if (layout.type == 3 || many_planes(data) || start >= size) return {};
     std::string text(static_cast<size_t>(std::min(size - start, largest_tailer)), '\0');
-    if (file.seek(start) && file.read(text.data(), text.size())) read_tailer(text, data);
+    if (!file.seek(start) || !file.read(text.data(), text.size())) return {};
+    text.erase(0, start_of_text(text, layout));
+    read_tailer(text, data);
+    return text;
+}
+
+void read_native_buffers(File& file, uint64_t size, const NativeLayout& layout, DataRecord& data) {
+    if (data.buffers.empty() || layout.slices_in(size) < data.all_slices()) {
+        data.buffers.clear();
+        return;
+    }
+    uint64_t offset = layout.slice_offset(data.all_slices());
+    std::vector<DataBuffer> described = std::exchange(data.buffers, {});
+    for (DataBuffer& buffer : described) {
+        const uint64_t bytes = buffer_bytes(buffer, layout);
+        if (offset > size || bytes > size - offset) return;
+        buffer.points.resize(static_cast<size_t>(buffer.promised_points));
+        if (!file.seek(offset + layout.prefix_bytes()) || !file.read(buffer.points.data(), buffer.points.size() * sizeof(Complex)))
+            return;
+        to_machine_order(buffer.points.data(), 2 * buffer.points.size(), layout.order);
+        offset += bytes;
+        data.buffers.push_back(std::move(buffer));
+    }
 }
 
 FileClass classify_file(const std::string& path) {
@@ -121,6 +170,7 @@ bool FileRead(const std::string& path, DataSet& into) {
     if (!read_data_from_file(file, path, layout, 0, fresh)) return false;
     fresh.file_a = absolute_path(path);
     read_native_tailer(file, facts.size, layout, fresh);
+    read_native_buffers(file, facts.size, layout, fresh);
     if (fresh.path.empty()) fresh.path = folder_of(fresh.file_a);
     fresh.loaded = true;
     into = std::move(fresh);
@@ -133,29 +183,20 @@ NativeForm configured_form() {
     return {session.header_type, little ? ByteOrder::little : ByteOrder::big};
 }
 
-namespace {
-
-bool write_header(File& file, NativeForm form, const DataRecord& data, const DataSummary& summary, bool one_slice,
-                  NativeLayout& layout) {
+bool write_native_header(File& file, NativeForm form, const DataRecord& data, const DataSummary& summary, NativeLayout& layout) {
     layout = {};
     layout.type = form.type;
     layout.order = form.order;
-    layout.slices = one_slice ? 1 : static_cast<uint64_t>(data.dims[1].points);
+    layout.slices = static_cast<uint64_t>(data.dims[1].points);
     layout.slice_bytes = static_cast<uint64_t>(data.pts1d()) * sizeof(Complex) + layout.prefix_bytes();
     if (layout.type == 3) {
-        const std::string header = encode_dxb_header(data, summary, one_slice, false);
+        const std::string header = encode_dxb_header(data, summary, false, false);
         layout.header_bytes = header.size();
         return file.write(header);
     }
-    const auto header = encode_header(data, layout.type, layout.order, one_slice);
+    const auto header = encode_header(data, layout.type, layout.order, false);
     layout.header_bytes = header.size();
     return file.write(header.data(), header.size());
-}
-
-}  // namespace
-
-bool write_native_header(File& file, NativeForm form, const DataRecord& data, const DataSummary& summary, NativeLayout& layout) {
-    return write_header(file, form, data, summary, false, layout);
 }
 
 bool write_native_slice(File& file, NativeForm form, std::span<const Complex> slice) {
@@ -172,23 +213,61 @@ bool write_native_slice(File& file, NativeForm form, std::span<const Complex> sl
     return file.write(swapped.data(), slice.size_bytes());
 }
 
-bool write_native_tailer(File& file, NativeForm form, const DataRecord& data) {
-    if (form.type == 3 || data.dims[2].points > 1 || data.dims[3].points > 1) return true;
-    return file.write(tailer_text(data));
+bool write_native_end(File& file, NativeForm form, const DataRecord& data, std::string_view replaced) {
+    // A tailer is what describes the buffers of types 1 and 2.
+    if (form.type != 3 && many_planes(data)) return true;
+    for (const DataBuffer& buffer : data.buffers)
+        if (!write_native_slice(file, form, buffer.points)) return false;
+    return form.type == 3 || file.write(tailer_text(data, replaced));
 }
+
+namespace {
+
+// Every vector of the store; in one piece where nothing stands between them.
+bool write_vectors(File& file, NativeForm form, const VectorStore& store) {
+    if (form.type != 1 && form.order == machine_order) return write_native_slice(file, form, store.all());
+    for (size_t i = 0; i < store.count(); ++i)
+        if (!write_native_slice(file, form, store.vector(i))) return false;
+    return true;
+}
+
+}  // namespace
 
 bool write_native_file(File& file, const DataSet& data, NativeLayout& layout) {
     DataSummary summary;
     summary.add(data.store.all());
     const NativeForm form = configured_form();
-    bool good = write_native_header(file, form, data, summary, layout);
-    for (size_t i = 0; good && i < data.store.count(); ++i) good = write_native_slice(file, form, data.store.vector(i));
-    return good && write_native_tailer(file, form, data);
+    return write_native_header(file, form, data, summary, layout) && write_vectors(file, form, data.store) &&
+           write_native_end(file, form, data);
 }
 
-bool read_native_slice(File& file, const NativeLayout& layout, uint64_t index, std::span<Complex> points) {
-    if (!file.seek(layout.slice_offset(index) + layout.prefix_bytes()) || !file.read(points.data(), points.size_bytes()))
-        return false;
+DataRecord record_of_level(const DataRecord& data) {
+    DataRecord record = data;
+    if (data.level >= 1 && data.level <= 2) record.dims[2].points = 1;
+    if (data.level >= 1 && data.level <= 3) record.dims[3].points = 1;
+    return record;
+}
+
+bool write_MD_file(const std::string& path, const DataSet& data) {
+    const NativeForm form = configured_form();
+    if (data.level == 2 && form.type != 3) return fail("PairWise Complex file writes only supported with header type 3. ");
+    if (overwrite_refused(path)) return false;
+    ReplacedFile file;
+    if (!file.open(path)) return write_failed(path, file);
+    DataSummary summary;
+    summary.add(data.store.all());
+    const DataRecord record = record_of_level(data);
+    NativeLayout layout;
+    if (!write_native_header(file, form, record, summary, layout)) return fail("Could not write header in write_MD_file.");
+    if (write_vectors(file, form, data.store) && write_native_end(file, form, record) && file.commit()) return true;
+    return fail(format_text(data.level == 2 ? "Failed trying to save PairWise Complex section A of file\n%s\n"
+                                            : "Failed trying to save file\n%s\nDisk Full ???",
+                            path.c_str()));
+}
+
+bool read_native_slice(File& file, const NativeLayout& layout, uint64_t index, std::span<Complex> points, size_t first) {
+    const uint64_t offset = layout.slice_offset(index) + layout.prefix_bytes() + first * sizeof(Complex);
+    if (!file.seek(offset) || !file.read(points.data(), points.size_bytes())) return false;
     to_machine_order(points.data(), 2 * points.size(), layout.order);
     return true;
 }
@@ -205,11 +284,13 @@ bool FileWrite(const std::string& path, const DataSet& data) {
     if (!file.open(path)) return write_failed(path, file);
     DataSummary summary;
     summary.add(data.cvNMRdata());
+    DataRecord one_slice = data;
+    for (size_t d = 1; d < one_slice.dims.size(); ++d) one_slice.dims[d].points = 1;
     NativeLayout layout;
     const NativeForm form = configured_form();
-    if (!write_header(file, form, data, summary, true, layout)) return fail("Could not write header in FileWrite.");
+    if (!write_native_header(file, form, one_slice, summary, layout)) return fail("Could not write header in FileWrite.");
     const bool slice_written = write_native_slice(file, form, data.cvNMRdata());
-    if (!slice_written || (form.type != 3 && !file.write(tailer_text(data))) || !file.commit())
+    if (!slice_written || !write_native_end(file, form, one_slice) || !file.commit())
         return fail(format_text("Failed trying to save file\n%s\nDisk Full ???", path.c_str()));
     return true;
 }

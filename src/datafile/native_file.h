@@ -23,6 +23,12 @@ bool FileRead(const std::string& path, DataSet& into);
 /// Stores the current slice of the data set as a one-dimensional file of the configured type.
 bool FileWrite(const std::string& path, const DataSet& data);
 
+/// Stores every vector of an Arrayed level as a file of the configured type. False, after its message.
+bool write_MD_file(const std::string& path, const DataSet& data);
+
+/// The record of what an Arrayed level holds: one plane at levels 1 and 2, one cube at level 3.
+DataRecord record_of_level(const DataRecord& data);
+
 /// Header type and byte order of a file to be written.
 struct NativeForm {
     int type = 2;
@@ -32,11 +38,13 @@ struct NativeForm {
 NativeForm configured_form();
 
 /// The pieces of a whole native file, for writers that produce one slice after another: header (the data set's counts),
-/// every slice in order, tailer. Each returns false when the disk does not take it. The header of type 3 describes the
+/// every slice in order, end. Each returns false when the disk does not take it. The header of type 3 describes the
 /// points, which are summarised beforehand; `layout` tells where the slices will stand.
 bool write_native_header(File& file, NativeForm form, const DataRecord& data, const DataSummary& summary, NativeLayout& layout);
 bool write_native_slice(File& file, NativeForm form, std::span<const Complex> slice);
-bool write_native_tailer(File& file, NativeForm form, const DataRecord& data);
+/// What stands behind the data: the slices of the data buffers and, for types 1 and 2, the tailer; with the text of one
+/// that it replaces, sections which the program does not know are kept.
+bool write_native_end(File& file, NativeForm form, const DataRecord& data, std::string_view replaced = {});
 
 /// All of it from memory: header, every vector of the store, tailer. `layout` tells where the slices stand.
 bool write_native_file(File& file, const DataSet& data, NativeLayout& layout);
@@ -44,13 +52,15 @@ bool write_native_file(File& file, const DataSet& data, NativeLayout& layout);
 /// Takes the header of an open file of `size` bytes into the data set and completes the layout. An empty text on
 /// success, else what is wrong; `wrong_marker_text` when it is no native file.
 std::string read_native_header(File& file, uint64_t size, NativeLayout& layout, DataRecord& data);
-/// Takes the tailer behind the slices, if there is one.
-void read_native_tailer(File& file, uint64_t size, const NativeLayout& layout, DataRecord& data);
+/// Takes the tailer behind the slices, if there is one, and returns its text.
+std::string read_native_tailer(File& file, uint64_t size, const NativeLayout& layout, DataRecord& data);
+/// Reads the points of the data buffers that header or tailer have described; those the file does not hold are dropped.
+void read_native_buffers(File& file, uint64_t size, const NativeLayout& layout, DataRecord& data);
 
 extern const char* const wrong_marker_text;
 
-/// Reads slice `index` (from 0) into `points`, which has the layout's size.
-bool read_native_slice(File& file, const NativeLayout& layout, uint64_t index, std::span<Complex> points);
+/// Reads slice `index` (from 0) into `points`, from point `first` of it on.
+bool read_native_slice(File& file, const NativeLayout& layout, uint64_t index, std::span<Complex> points, size_t first = 0);
 
 /// True, after its message, when the configuration forbids to write over this existing file.
 bool overwrite_refused(const std::string& path);

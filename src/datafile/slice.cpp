@@ -1,6 +1,8 @@
 // Reading one slice of a larger file, and the selection of File A's.
 #include "datafile/slice.h"
 
+#include <algorithm>
+#include <tuple>
 #include <utility>
 
 #include "common/text.h"
@@ -53,7 +55,7 @@ bool get_slice(File& file, uint64_t size, int64_t k, DataSet& data) {
     const uint64_t plane =
         static_cast<uint64_t>(data.slice_4) * static_cast<uint64_t>(header.dims[2].points) + static_cast<uint64_t>(data.slice_3);
     const uint64_t index = plane * static_cast<uint64_t>(header.dims[1].points) + static_cast<uint64_t>(k);
-    if (layout.slice_offset(index + 1) > size)
+    if (index >= layout.slices_in(size))
         return fail(format_text("Can't find slice = %d\nFor Data Set: %s\nwhich has\nPts1D = %d\nPts2D = %d", static_cast<int>(k),
                                 data.file_a.c_str(), header.dims[0].points, header.dims[1].points));
     VectorStore vector;
@@ -68,16 +70,60 @@ bool get_slice(File& file, uint64_t size, int64_t k, DataSet& data) {
     return true;
 }
 
-bool set_sliceA(int64_t k) {
-    if (k < 0 || k >= show.dims[1].points) return no_such_slice(k);
-    if (CurrentArrayedLevel() != 0)
-        return fail(format_text("Set_sliceA not supported in Arrayed mode level %d", CurrentArrayedLevel()));
+namespace {
+
+// Index in the store of slice k of the selected plane and cube: levels 1 and 2 hold one plane, level 3 one cube.
+int64_t index_in_memory(int64_t k) {
+    int64_t plane = 0;
+    if (show.level >= 3) plane = show.slice_3;
+    if (show.level == 4) plane += int64_t{show.slice_4} * show.dims[2].points;
+    return plane * show.dims[1].points + k;
+}
+
+bool read_slice_of_file(int64_t k) {
     File file = open_for_reading(show.file_a);
     if (!file) return fail(format_text("Trouble loading slice #%d of file %s", static_cast<int>(k), show.file_a.c_str()));
     if (!get_slice(file, file_facts(show.file_a).size, k, show)) return false;
     show.changed = false;
-    show.display_valid = false;
     return true;
+}
+
+}  // namespace
+
+void select_in_memory(int64_t k) {
+    const auto last = static_cast<int64_t>(show.store.count()) - 1;
+    const int64_t slice = std::clamp<int64_t>(k, 0, std::max(show.dims[1].points - 1, 0));
+    show.selected = static_cast<size_t>(std::clamp<int64_t>(index_in_memory(slice), 0, std::max<int64_t>(last, 0)));
+    show.slice = static_cast<int32_t>(slice);
+}
+
+bool set_sliceA(int64_t k) {
+    if (k < 0 || k >= show.dims[1].points) return no_such_slice(k);
+    if (CurrentArrayedLevel() == 0) {
+        if (!read_slice_of_file(k)) return false;
+    } else {
+        select_in_memory(k);
+    }
+    show.display_valid = false;
+    show.mark_integrals_stale();
+    return true;
+}
+
+bool set_planeA(int64_t plane, int64_t cube) {
+    const int level = CurrentArrayedLevel();
+    // The lower levels hold one plane, level 3 one cube.
+    if (level == 1 || level == 2 || (level == 3 && cube != show.slice_4))
+        return fail(format_text("Plane not supported in Arrayed mode level %d", level));
+    if (plane < 0 || plane >= show.dims[2].points || cube < 0 || cube >= show.dims[3].points)
+        return fail(format_text("There is no plane %lld of cube %lld: the data set has %d planes in %d cubes.",
+                                static_cast<long long>(plane + 1), static_cast<long long>(cube + 1), show.dims[2].points,
+                                show.dims[3].points));
+    const auto before = std::pair(show.slice_3, show.slice_4);
+    show.slice_3 = static_cast<int32_t>(plane);
+    show.slice_4 = static_cast<int32_t>(cube);
+    if (set_sliceA(show.slice)) return true;
+    std::tie(show.slice_3, show.slice_4) = before;
+    return false;
 }
 
 }  // namespace zolt

@@ -17,7 +17,14 @@ bool get_slice(File& file, uint64_t size, int64_t k, DataSet& data);
 /// header written for those slices says.
 DataRecord with_state_of_slices(DataRecord data, const DataRecord& file);
 
-/// Makes slice k (from 0) of File A the current data. False, after its message, when there is no such slice.
+/// Makes slice k (from 0) of the selected plane and cube the current data: read from File A, or selected among the
+/// vectors in memory. False, after its message, when there is no such slice.
 bool set_sliceA(int64_t k);
+
+/// Makes slice k the current vector of an Arrayed level (the last one when there are fewer).
+void select_in_memory(int64_t k);
+
+/// Goes to a plane and a cube (from 0), keeping the slice number. False, after its message.
+bool set_planeA(int64_t plane, int64_t cube);
 
 }  // namespace zolt

@@ -1,4 +1,4 @@
-// Transposition: File A with its first two dimensions exchanged, as a new file.
+// Transposition: File A with dimension 1 and another one exchanged, as a new file.
 #pragma once
 
 #include <string>
@@ -18,13 +18,14 @@ enum class Pairing {
 /// The pairing that a process type calls for.
 Pairing pairing_of(const std::string& process_type);
 
-/// The record of the transposed data: every parameter goes with its dimension.
-DataRecord transposed_record(const DataRecord& record, Pairing pairing);
+/// The record of the data with dimension 1 and dimension `other` (2 to 4) exchanged: every parameter goes with its
+/// dimension.
+DataRecord transposed_record(const DataRecord& record, int other, Pairing pairing);
 
-/// Writes the transposed slices of an open 2D file, header and tailer included, to `out` in the configured form. At most
-/// `memory` bytes of points are held at a time; more data take several sequential passes over the file. An empty text on
-/// success, else the message of the failure.
-std::string transpose_file(File& in, const NativeLayout& layout, const DataRecord& record, Pairing pairing, uint64_t memory,
-                           File& out);
+/// Writes an open file with dimension 1 and dimension `other` exchanged, header and end included, to `out` in the
+/// configured form. At most about `memory` bytes of points are held at a time; more data take several sequential passes
+/// over the file. `paired` data are 2D. An empty text on success, else the message of the failure.
+std::string transpose_file(File& in, const NativeLayout& layout, const DataRecord& record, int other, Pairing pairing,
+                           uint64_t memory, File& out);
 
 }  // namespace zolt

@@ -11,5 +11,7 @@ int cmd_import(Arguments& args);
 int cmd_getfile(Arguments& args);
 int cmd_getfileb(Arguments& args);
 int cmd_zz(Arguments& args);
+/// IE [A | B]: opens the file whose name has the next number.
+int cmd_incrementext(Arguments& args);
 
 }  // namespace zolt

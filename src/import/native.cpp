@@ -18,23 +18,18 @@ void integers_to_floats(std::vector<Complex>& points) {
                  static_cast<float>(std::bit_cast<int32_t>(point.imag()))};
 }
 
-uint64_t rows_of(const DataSet& data) {
-    uint64_t rows = 1;
-    for (size_t d = 1; d < 4; ++d) rows *= static_cast<uint64_t>(data.dims[d].points);
-    return rows;
-}
-
 }  // namespace
 
 bool CDFF_Parm(Translation& t) {
     NativeLayout layout;
     const std::string wrong = read_native_header(t.input, t.input_bytes, layout, t.parameters);
     if (!wrong.empty()) return t.fail(format_text("File %s cannot be imported: %s.", t.path.c_str(), wrong.c_str()));
-    const uint64_t rows = rows_of(t.parameters);
+    const uint64_t rows = t.parameters.all_slices();
     if ((t.input_bytes - layout.header_bytes) / layout.slice_bytes < rows)
         return t.fail(format_text("File %s cannot be imported: it ends before the last of its %llu slices.", t.path.c_str(),
                                   static_cast<unsigned long long>(rows)));
     read_native_tailer(t.input, t.input_bytes, layout, t.parameters);
+    read_native_buffers(t.input, t.input_bytes, layout, t.parameters);
     return true;
 }
 
@@ -44,7 +39,7 @@ bool CDFF_Data(Translation& t) {
     if (!read_native_header(t.input, t.input_bytes, layout, again).empty()) return t.fail("\nError in CDFF_Data Module");
     std::vector<Complex> points(static_cast<size_t>(t.parameters.pts1d()));
     std::vector<float> part(points.size());
-    const uint64_t rows = rows_of(t.parameters);
+    const uint64_t rows = t.parameters.all_slices();
     for (uint64_t row = 0; row < rows; ++row) {
         if (!read_native_slice(t.input, layout, row, points)) return t.fail("\nError in CDFF_Data Module");
         if (layout.data_type != 0) integers_to_floats(points);

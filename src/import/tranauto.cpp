@@ -143,7 +143,7 @@ bool write_output(TemporaryFiles& temporary, const DataSet& parameters, bool swa
         return false;
     }
     if (!merge_parts(temporary.file(1), temporary.file(2), parameters, swap, output, message)) return false;
-    if (write_native_tailer(output, configured_form(), parameters) && output.commit()) return true;
+    if (write_native_end(output, configured_form(), parameters) && output.commit()) return true;
     message = "The output file cannot be written.\nDisk Full ???";
     return false;
 }

@@ -13,6 +13,16 @@ DataRecord::DataRecord() {
     for (size_t d = 0; d < dims.size(); ++d) dims[d].order = static_cast<int>(d) + 1;
 }
 
+uint64_t DataRecord::all_slices() const {
+    uint64_t all = 1;
+    for (size_t d = 1; d < dims.size(); ++d) {
+        const auto points = static_cast<uint64_t>(std::max(dims[d].points, 1));
+        if (all > UINT64_MAX / points) return UINT64_MAX;
+        all *= points;
+    }
+    return all;
+}
+
 const Dimension& DataRecord::direct() const {
     const auto found = std::find_if(dims.begin(), dims.end(), [](const Dimension& d) { return d.order == 1; });
     return found != dims.end() ? *found : dims[0];
@@ -27,6 +37,7 @@ int CurrentArrayedLevel() { return show.level; }
 void mark_changed() {
     show.changed = true;
     show.display_valid = false;
+    show.mark_integrals_stale();
 }
 
 bool is_process_type(std::string_view key) {

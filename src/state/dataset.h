@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "common/axis.h"
+#include "state/annotations.h"
 #include "state/vectors.h"
 
 namespace zolt {
@@ -45,19 +46,6 @@ struct CarriedWords {
     bool operator==(const CarriedWords&) const = default;
 };
 
-struct Integral {
-    int32_t start = 0, end = 0;  ///< points
-    float value = 0;
-    int32_t label = 0;
-    bool operator==(const Integral&) const = default;
-};
-
-struct Peak {
-    double point = 0, hz = 0, ppm = 0, intensity = 0;
-    std::string label;
-    bool operator==(const Peak&) const = default;
-};
-
 /// Everything that is known of a data set but its points.
 struct DataRecord {
     DataRecord();
@@ -84,12 +72,22 @@ struct DataRecord {
     double group_delay = 0;        ///< pending digital-filter delay of dimension 1, complex points
     int32_t rotation = 0;          ///< pending amount of RD, points
 
-    float rel_value = 1;
-    std::vector<Integral> integrals;
+    float rel_value = 1;                  ///< every integral is shown and written times this
+    std::vector<Integral> integrals;      ///< in order of their start points
+    std::vector<Integral> sub_integrals;  ///< a second list, for the clipboard
+    int32_t integral_points = 0;          ///< point count that the limits belong to; another one moves them along the axis
+    bool integrals_stale = false;         ///< the data have changed since the values were computed
     std::vector<Peak> peaks;
+    std::vector<MetaObject> meta_objects;
+    std::vector<DataBuffer> buffers;  ///< in order of their numbers
+    std::string command_log;          ///< what was done to these data, as the command log has it; lines with CR LF
     CarriedWords words;
 
     int32_t pts1d() const { return dims[0].points; }
+    /// The values of the integrals no longer are those of the data.
+    void mark_integrals_stale() { integrals_stale = !integrals.empty() || !sub_integrals.empty(); }
+    /// Slices of all planes and cubes; the largest number where a header promises more than can be counted.
+    uint64_t all_slices() const;
     /// The dimension that was recorded directly, which a pending group delay belongs to: dimension 1 until a transposition
     /// puts it elsewhere.
     const Dimension& direct() const;

@@ -16,18 +16,11 @@ protected:
     /// A file of 2 planes of 3 slices of 8 points (planes = 1: one plane) becomes File A.
     std::vector<Complex> open_file(int type, int planes) {
         session.header_type = type;
-        DataSet data;
-        const auto count = static_cast<size_t>(3 * planes);
-        const auto points = sample_points(8 * count);
-        EXPECT_TRUE(data.store.allocate(count, 8));
-        std::copy(points.begin(), points.end(), data.store.all().begin());
-        for (const size_t d : {0, 1, 2, 3}) data.dims[d].points = d == 0 ? 8 : d == 1 ? 3 : d == 2 ? planes : 1;
-        data.dims[0].sw = 1000;
-        data.dims[0].sense = planes == 1 ? -1 : 1;
-        data.group_delay = planes == 1 ? 2.5 : 0;
-        File file(root_.path("a.nat"), "wb");
-        NativeLayout layout;
-        EXPECT_TRUE(write_native_file(file, data, layout) && file.close());
+        const auto points = write_set("a.nat", {8, 3, planes, 1}, [&](DataSet& data) {
+            data.dims[0].sw = 1000;
+            data.dims[0].sense = planes == 1 ? -1 : 1;
+            data.group_delay = planes == 1 ? 2.5 : 0;
+        });
         EXPECT_EQ(run("GA a.nat"), 1) << platform_.said();
         return points;
     }
@@ -66,9 +59,12 @@ TEST_F(SliceTest, EachSliceComesAsItStandsInTheFile) {
 
 TEST_F(SliceTest, WithinThePlaneAndNotBeyondTheData) {
     const auto points = open_file(2, 2);
-    show.slice_3 = 1;
     ASSERT_EQ(run("SL 2"), 1) << platform_.said();
+    ASSERT_EQ(run("Plane +"), 1) << platform_.said();
     EXPECT_EQ(data(), row(points, 4));
+    for (const char* line : {"Plane next", "Plane 3", "Plane 1 2", "Plane 0"}) refused(line, "There is no plane ");
+    EXPECT_EQ(run("Plane"), 2);
+    EXPECT_EQ(platform_.replies.back(), "  - Plane 2 of 2, cube 1 of 1");
     const std::string bytes = test::read_file(show.file_a);
     root_.write("a.nat", bytes.substr(0, full_header_bytes + 5 * 64 + 63));
     EXPECT_EQ(run("SL 3"), 0);

@@ -19,22 +19,15 @@ protected:
 
     /// A file of three slices of 8 points, in the byte order of session.byte_order.
     std::string three_slices(const std::string& name) {
-        DataSet data;
-        const auto points = sample_points(24);
-        EXPECT_TRUE(data.store.allocate(3, 8));
-        std::copy(points.begin(), points.end(), data.store.all().begin());
-        for (const size_t d : {0, 1, 2, 3}) data.dims[d].points = d == 0 ? 8 : d == 1 ? 3 : 1;
-        data.dims[0].sf = 400;
-        data.dims[0].sw = 5000;
-        data.dims[0].offset = 100;
-        data.dims[0].sense = -1;
-        data.group_delay = 2.5;
-        data.user = "Emmy";
-        const std::string path = root_.path(name);
-        File file(path, "wb");
-        NativeLayout layout;
-        EXPECT_TRUE(write_native_file(file, data, layout) && file.close());
-        return path;
+        write_set(name, {8, 3, 1, 1}, [](DataSet& data) {
+            data.dims[0].sf = 400;
+            data.dims[0].sw = 5000;
+            data.dims[0].offset = 100;
+            data.dims[0].sense = -1;
+            data.group_delay = 2.5;
+            data.user = "Emmy";
+        });
+        return root_.path(name);
     }
 };
 

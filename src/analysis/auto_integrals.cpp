@@ -1,0 +1,126 @@
+// Regions with signals: segments give noise and baseline, runs of points beyond them are grown, joined and tested.
+#include "analysis/auto_integrals.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace zolt {
+
+namespace {
+
+struct Quiet {
+    double middle = 0, level = 0;  ///< point and baseline level of a quiet segment
+};
+
+struct Noise {
+    double sigma = 0;
+    std::vector<Quiet> levels;
+};
+
+struct Segment {
+    double middle = 0, median = 0, deviation = 0;
+};
+
+// Deviation about the segment's own straight line, so that a sloping baseline is no noise.
+Segment measure(std::span<const Complex> points, size_t first) {
+    const auto n = static_cast<double>(points.size());
+    double sum = 0, weighted = 0;
+    std::vector<float> sorted(points.size());
+    for (size_t i = 0; i < points.size(); ++i) {
+        sorted[i] = points[i].real();
+        sum += double{sorted[i]};
+        weighted += double{sorted[i]} * (static_cast<double>(i) - (n - 1) / 2);
+    }
+    const double slope = weighted * 12 / (n * (n * n - 1)), mean = sum / n;
+    double squares = 0;
+    for (size_t i = 0; i < points.size(); ++i) {
+        const double rest = double{points[i].real()} - mean - slope * (static_cast<double>(i) - (n - 1) / 2);
+        squares += rest * rest;
+    }
+    const auto half = sorted.begin() + static_cast<std::ptrdiff_t>(sorted.size() / 2);
+    std::nth_element(sorted.begin(), half, sorted.end());
+    return {static_cast<double>(first) + (n - 1) / 2, double{*half}, std::sqrt(squares / std::max(n - 2, 1.0))};
+}
+
+Noise noise_of(std::span<const Complex> spectrum, size_t segments) {
+    std::vector<Segment> measured;
+    for (size_t s = 0; s < segments; ++s) {
+        const size_t first = spectrum.size() * s / segments, end = spectrum.size() * (s + 1) / segments;
+        if (end - first >= 4) measured.push_back(measure(spectrum.subspan(first, end - first), first));
+    }
+    Noise noise;
+    noise.sigma = INFINITY;
+    // A segment of zeros, as filters and zero filling leave them, says nothing of the noise.
+    for (const Segment& s : measured)
+        if (s.deviation > 0) noise.sigma = std::min(noise.sigma, s.deviation);
+    for (const Segment& s : measured)
+        if (s.deviation <= 3 * noise.sigma) noise.levels.push_back({s.middle, s.median});
+    return noise;
+}
+
+// The baseline at a point, straight lines between the quiet segments.
+double level_at(const Noise& noise, double point) {
+    const auto next =
+        std::lower_bound(noise.levels.begin(), noise.levels.end(), point, [](const Quiet& q, double p) { return q.middle < p; });
+    if (next == noise.levels.begin()) return next->level;
+    if (next == noise.levels.end()) return noise.levels.back().level;
+    const Quiet& before = *(next - 1);
+    const double t = (point - before.middle) / (next->middle - before.middle);
+    return before.level + t * (next->level - before.level);
+}
+
+// Every run of points beyond 5 sigma, grown on both sides to where 4 points in a row are below 1.5 sigma.
+std::vector<Region> grown_runs(const std::vector<double>& signal, double sigma) {
+    const auto n = static_cast<int64_t>(signal.size());
+    const auto lost = [&](int64_t p, int64_t step) {
+        for (int64_t i = 0; i < 4; ++i) {
+            const int64_t q = p + i * step;
+            if (q < 0 || q >= n) return true;
+            if (std::abs(signal[static_cast<size_t>(q)]) > 1.5 * sigma) return false;
+        }
+        return true;
+    };
+    std::vector<Region> runs;
+    for (int64_t p = 0; p < n; ++p) {
+        if (std::abs(signal[static_cast<size_t>(p)]) <= 5 * sigma) continue;
+        int64_t first = p, last = p;
+        while (first > 0 && !lost(first - 1, -1)) --first;
+        while (last + 1 < n && !lost(last + 1, 1)) ++last;
+        runs.emplace_back(first, last);
+        p = last;
+    }
+    return runs;
+}
+
+}  // namespace
+
+std::vector<Region> find_regions(std::span<const Complex> spectrum, const Axis& axis, int64_t segments) {
+    const auto n = static_cast<int64_t>(spectrum.size());
+    if (n < 16) return {};
+    const Noise noise = noise_of(spectrum, static_cast<size_t>(std::clamp<int64_t>(segments, 4, n / 4)));
+    if (noise.levels.empty()) return {};
+    std::vector<double> signal(spectrum.size());
+    for (size_t i = 0; i < signal.size(); ++i) signal[i] = double{spectrum[i].real()} - level_at(noise, static_cast<double>(i));
+
+    const double spacing = std::abs(axis.ppm(0) - axis.ppm(1));
+    const double joined = axis.has_ppm() ? 0.02 : 10;
+    const auto gap = static_cast<int64_t>(spacing > 0 ? std::min(joined / spacing, static_cast<double>(n)) : 4);
+    std::vector<Region> regions;
+    for (auto [first, last] : grown_runs(signal, noise.sigma)) {
+        const int64_t margin = std::min(last - first + 1, std::max<int64_t>(gap, 2));
+        first = std::max<int64_t>(first - margin, 0);
+        last = std::min(last + margin, n - 1);
+        if (!regions.empty() && first - regions.back().second <= gap)
+            regions.back().second = std::max(regions.back().second, last);
+        else
+            regions.emplace_back(first, last);
+    }
+    std::erase_if(regions, [&](const Region& r) {
+        double sum = 0;
+        for (int64_t p = r.first; p <= r.second; ++p) sum += signal[static_cast<size_t>(p)];
+        return std::abs(sum) < 3 * noise.sigma * std::sqrt(static_cast<double>(r.second - r.first + 1));
+    });
+    return regions;
+}
+
+}  // namespace zolt

@@ -1,0 +1,24 @@
+// Finding the regions of a spectrum that hold signals.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <utility>
+#include <vector>
+
+#include "common/axis.h"
+#include "state/vectors.h"
+
+namespace zolt {
+
+/// First and last point of a region, both included.
+using Region = std::pair<int64_t, int64_t>;
+
+/// Regions of the real part in which signals stand out of the baseline, in order. The spectrum is divided into
+/// `segments` (at least 4): noise is the smallest standard deviation of a segment about its own line, the baseline runs
+/// through the medians of the quiet ones (after Golotvin and Williams, J. Magn. Reson. 146 (2000) 122). Points beyond 5
+/// times the noise begin a region; it reaches to where the signal is lost, widened by its own width; regions closer
+/// than 0.02 ppm (10 Hz without a spectrometer frequency) are joined, those whose sum the noise explains are dropped.
+std::vector<Region> find_regions(std::span<const Complex> spectrum, const Axis& axis, int64_t segments);
+
+}  // namespace zolt

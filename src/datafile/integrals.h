@@ -1,0 +1,39 @@
+// Integrals: their values, the ordered list, and the forms in which lists are written and read.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "state/dataset.h"
+
+namespace zolt {
+
+/// Sum of the real parts from start to end point, both included and in either order, times the distance between points
+/// in ppm (in Hz without a spectrometer frequency). Limits outside the data count as their ends.
+double integral_value(std::span<const Complex> points, const Axis& axis, int64_t start, int64_t end);
+
+/// Adds a region (points, in either order) to a list, kept in order of position, with the value that the data have.
+void add_integral(std::vector<Integral>& list, const DataSet& data, int64_t start, int64_t end);
+
+/// Computes every value again from the current vector, if the data have changed since. With another number of points
+/// the limits move along, so that they stay at their shifts.
+void refresh_integrals(DataSet& data);
+
+/// The two points between two positions in the axis unit of dimension 1, lower point first. False, after its message,
+/// when one is outside the spectrum.
+bool integral_range(const Dimension& dimension, double from, double to, int64_t& start, int64_t& end);
+
+/// The INTEGRALS section as the tailer has it, or with the prefixes of a JCAMP-DXB header; "" without regions.
+std::string integrals_section(const DataRecord& data, bool prefixed);
+/// Takes one line of the section, either form.
+void read_integrals_line(std::string_view line, DataRecord& data);
+
+enum class ListForm { tabs, columns };
+/// A list with its title, limits in the axis unit of dimension 1, values times `scale`.
+std::string integral_listing(std::span<const Integral> list, const Dimension& dimension, double scale, ListForm form);
+
+/// What the cursor readout says at a point: with the value where a region holds it.
+std::string integral_readout(const DataRecord& data, int64_t point);
+
+}  // namespace zolt

@@ -1,0 +1,57 @@
+// TailerExport, and the data buffers that files carry behind their data.
+#include "common/file.h"
+#include "common/numbers.h"
+#include "common/text.h"
+#include "datafile/file_commands.h"
+#include "datafile/native_file.h"
+#include "datafile/placed.h"
+#include "platform/platform.h"
+#include "state/dataset.h"
+
+namespace zolt {
+
+namespace {
+
+// File A's name with another extension.
+std::string beside_file_a(const char* extension) {
+    const std::string name = name_of(show.file_a);
+    const size_t dot = name.find_last_of('.');
+    return folder_of(show.file_a) + "/" + name.substr(0, dot == 0 ? std::string::npos : dot) + extension;
+}
+
+}  // namespace
+
+int cmd_tailerexport(Arguments& args) {
+    if (args.ask_usage()) return show_reply("TailerExport");
+    if (show.file_a.empty()) return refuse("No FileName A.");
+    File file = open_for_reading(show.file_a);
+    const uint64_t size = file_facts(show.file_a).size;
+    NativeLayout layout;
+    DataRecord record;
+    if (!file || !read_native_header(file, size, layout, record).empty()) return refuse("Could not open File A.");
+    if (layout.type == 3) return refuse("No tailers used with header type 3");
+    const std::string tailer = read_native_tailer(file, size, layout, record);
+    if (tailer.empty()) return refuse("No tailer detected in file.");
+    const std::string path = beside_file_a(".tlr");
+    if (overwrite_refused(path) || !may_replace(path)) return 0;
+    ReplacedFile output;
+    if (!output.open(path) || !output.write(tailer) || !output.commit())
+        return refuse(format_text("Could not open File: %s", path.c_str()));
+    platform().reply(format_text("  - Tailer written to %s", path.c_str()));
+    return 1;
+}
+
+int store_buffer(int number, Arguments& args) {
+    if (args.ask_usage()) return show_reply(format_text("B%d [clear / comment]", number));
+    if (same_word(args.peek(), "clear")) {
+        std::erase_if(show.buffers, [&](const DataBuffer& b) { return b.number == number; });
+        platform().reply(format_text("  - Buffer %d cleared", number));
+        return 1;
+    }
+    const std::string comment(trimmed(args.rest()));
+    set_buffer(show, buffer_of(show, number, comment.empty() ? name_of(show.file_a) : comment));
+    platform().reply(format_text("  - Buffer %d holds %d points", number, show.pts1d()));
+    return 1;
+}
+
+}  // namespace zolt
