@@ -1,25 +1,20 @@
 // What the processing kernels cost on one vector of 65536 points, each beside a limit measured in the same run: the
-// library's bare transform, or one multiplication of every point in place. Prints one table of ratios.
+// library's bare transform, or one multiplication of every point in place.
 #include <benchmark/benchmark.h>
 #include <fftw3.h>
 
-#include <algorithm>
-#include <cstdio>
 #include <cstdlib>
-#include <limits>
-#include <map>
 #include <span>
-#include <string>
-#include <vector>
 
 #include "processing/baseline.h"
 #include "processing/fft.h"
 #include "processing/fourier.h"
 #include "processing/phase.h"
 #include "processing/window.h"
+#include "rows.h"
 #include "state/vectors.h"
 
-namespace zolt {
+namespace zolt::bench {
 
 namespace {
 
@@ -90,69 +85,26 @@ void baseline(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(correct_linear_baseline(vector, points / 20, 0));
 }
 
-struct Row {
-    const char* name;
-    void (*run)(benchmark::State& state);
-    const char* limit;  // name of the row it is compared with, "" for a limit itself
-};
-
 constexpr const char* bare = "bare transform of the library";
 constexpr const char* scale = "one multiplication in place";
 
+constexpr const char* group = "one vector of 65536 points";
+
 constexpr Row rows[] = {
-    {bare, bare_transform, ""},
-    {scale, scale_in_place, ""},
-    {"FFT", transform, bare},
-    {"FFT with first point and sorting", sorted_transform, bare},
-    {"EM", weighting<WindowShape::exponential>, scale},
-    {"GM", weighting<WindowShape::gaussian>, scale},
-    {"PC of zero order", phasing<0, 0>, scale},
-    {"PC of first order", phasing<2, 0>, scale},
-    {"PC of second order", phasing<2, 1>, scale},
-    {"BC", baseline, scale},
-};
-
-// Keeps the fastest repetition of each row: what else the machine does only ever adds time.
-class RatioTable : public benchmark::BenchmarkReporter {
-public:
-    bool ReportContext(const Context& /*context*/) override { return true; }
-    void ReportRuns(const std::vector<Run>& runs) override {
-        for (const Run& run : runs) {
-            if (run.run_type != Run::RT_Iteration) continue;
-            double& best = microseconds_.try_emplace(run.run_name.function_name, std::numeric_limits<double>::max()).first->second;
-            best = std::min(best, run.GetAdjustedRealTime());
-        }
-    }
-    void Finalize() override {
-        std::printf("%-34s %10s   %s\n", "one vector of 65536 points", "us", "ratio to");
-        for (const Row& row : rows) {
-            const auto found = microseconds_.find(row.name);
-            if (found == microseconds_.end()) continue;
-            std::printf("%-34s %10.1f", row.name, found->second);
-            const auto limit = microseconds_.find(row.limit);
-            if (limit != microseconds_.end()) std::printf("   %5.2f  %s", found->second / limit->second, row.limit);
-            std::printf("\n");
-        }
-    }
-
-private:
-    std::map<std::string, double> microseconds_;
+    {group, bare, bare_transform, ""},
+    {group, scale, scale_in_place, ""},
+    {group, "FFT", transform, bare},
+    {group, "FFT with first point and sorting", sorted_transform, bare},
+    {group, "EM", weighting<WindowShape::exponential>, scale},
+    {group, "GM", weighting<WindowShape::gaussian>, scale},
+    {group, "PC of zero order", phasing<0, 0>, scale},
+    {group, "PC of first order", phasing<2, 0>, scale},
+    {group, "PC of second order", phasing<2, 1>, scale},
+    {group, "BC", baseline, scale},
 };
 
 }  // namespace
 
-}  // namespace zolt
+std::span<const Row> vector_rows() { return rows; }
 
-int main(int count, char** arguments) {
-    constexpr int repetitions = 9;
-    constexpr double seconds_each = 0.05;
-    benchmark::Initialize(&count, arguments);
-    for (const zolt::Row& row : zolt::rows)
-        benchmark::RegisterBenchmark(row.name, row.run)
-            ->Unit(benchmark::kMicrosecond)
-            ->Repetitions(repetitions)
-            ->MinTime(seconds_each);
-    zolt::RatioTable table;
-    benchmark::RunSpecifiedBenchmarks(&table);
-    return 0;
-}
+}  // namespace zolt::bench

@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -92,8 +93,38 @@ bool ReplacedFile::failed() {
 
 namespace {
 
+constexpr const char* private_start = ".zolt-";
+
 std::string private_template(const std::string& target) {
-    return format_text("%s/.zolt-%d-XXXXXX", folder_of(target).c_str(), static_cast<int>(::getpid()));
+    return format_text("%s/%s%d-XXXXXX", folder_of(target).c_str(), private_start, static_cast<int>(::getpid()));
+}
+
+// A private file is locked while its program lives; one with a name that can be locked was left by a killed program.
+void remove_leftovers(const std::string& folder) {
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+        if (!entry->path().filename().string().starts_with(private_start)) continue;
+        const int descriptor = ::open(entry->path().c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW);
+        if (descriptor < 0) continue;
+        if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0) ::unlink(entry->path().c_str());
+        ::close(descriptor);
+    }
+}
+
+// A new named private file, locked; -1 without one. Another program's clearing away may take it before the lock does.
+int open_named(std::string& name) {
+    for (int attempt = 0; attempt < 10; ++attempt) {
+        std::string tried = name;
+        const int descriptor = ::mkstemp(tried.data());
+        if (descriptor < 0) return -1;
+        struct stat facts = {};
+        if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0 && ::fstat(descriptor, &facts) == 0 && facts.st_nlink > 0) {
+            name = tried;
+            return descriptor;
+        }
+        ::close(descriptor);
+    }
+    return -1;
 }
 
 }  // namespace
@@ -118,10 +149,13 @@ bool ReplacedFile::open(const std::string& target) {
 }
 
 bool ReplacedFile::open_private(unsigned mode) {
+    remove_leftovers(folder_of(target_));
     int descriptor = ::open(folder_of(target_).c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
-    if (descriptor < 0) {
+    if (descriptor >= 0) {
+        ::flock(descriptor, LOCK_EX | LOCK_NB);
+    } else {
         std::string name = private_template(target_);
-        descriptor = ::mkstemp(name.data());
+        descriptor = open_named(name);
         if (descriptor < 0) return failed();
         private_name_ = name;
     }

@@ -1,4 +1,5 @@
 // zolt-cli: drives the core by its options, in their order.
+#include <csignal>
 #include <cstdio>
 #include <iostream>
 #include <string>
@@ -149,6 +150,8 @@ private:
 }  // namespace zolt
 
 int main(int count, char** arguments) {
+    // A file beyond the size limit is a failed write with its message, not the end of the program.
+    std::signal(SIGXFSZ, SIG_IGN);
     zolt::Options options;
     std::string error;
     if (!zolt::read_options(count, arguments, options, error)) {
