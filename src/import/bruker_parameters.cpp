@@ -74,8 +74,6 @@ constexpr AcquisitionLabel acqus_labels[] = {
     {"##$DTYPA", [](const LabelledRecord& r, Acquisition& a, DataSet&) { a.raw.doubles = integer_or_zero(r.value) == 2; }},
     {"##$TD", [](const LabelledRecord& r, Acquisition& a, DataSet&) { a.words = integer_or_zero(r.value); }},
     {"##$FnTYPE", [](const LabelledRecord& r, Acquisition& a, DataSet&) { a.sampling = integer_or_zero(r.value); }},
-    {"##$PARMODE", [](const LabelledRecord& r, Acquisition& a,
-                      DataSet&) { a.dimensions = std::clamp<int64_t>(integer_or_zero(r.value), 0, 8) + 1; }},
     {"##$AQSEQ", [](const LabelledRecord& r, Acquisition& a, DataSet&) { a.inner_is_third = integer_or_zero(r.value) == 1; }},
     {"##$NS",
      [](const LabelledRecord& r, Acquisition&, DataSet& d) {

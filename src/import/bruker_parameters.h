@@ -24,9 +24,8 @@ struct Acquisition {
     double sfo1 = 0, sw = 0;       ///< MHz and Hz in the full precision of their texts
     RawWords raw;
     DigitalFilter filter;
-    std::optional<int64_t> sampling;    ///< FnTYPE: 0 every row was recorded
-    std::optional<int64_t> dimensions;  ///< PARMODE + 1
-    bool inner_is_third = false;        ///< AQSEQ 1: dimension 3 was stepped through within dimension 2
+    std::optional<int64_t> sampling;  ///< FnTYPE: 2 by a sampling list
+    bool inner_is_third = false;      ///< AQSEQ 1: dimension 3 was stepped through within dimension 2
 };
 
 /// How the rows of an indirect dimension were recorded: values of FnMODE.

@@ -130,7 +130,7 @@ struct RawRows {
 }  // namespace
 
 bool BRUUData(Translation& t, const BrukerPlan& plan) {
-    constexpr size_t points_at_a_time = size_t{1} << 16;
+    constexpr size_t points_at_a_time = size_t{1} << 15;
     const Stage stage{t, "BRUUData"};
     const auto points = static_cast<size_t>(t.parameters.dims[0].points);
     const uint64_t rows = static_cast<uint64_t>(t.parameters.dims[1].points) * static_cast<uint64_t>(t.parameters.dims[2].points);
@@ -202,7 +202,10 @@ namespace {
 bool write_tiled_part(const Stage& stage, const BrukerPlan& plan, File& input, const std::string& path, File& part) {
     const auto [planes, rows, columns] = plan.counts;
     const auto [tile_planes, tile_rows, tile_columns] = plan.tile;
-    const auto layer = static_cast<size_t>(tile_planes * rows * columns);
+    // Planes that are one tile each stand in order already: any number of them makes a layer.
+    const bool in_order = tile_rows == rows && tile_columns == columns;
+    const int64_t together = in_order ? std::clamp<int64_t>((1 << 15) / (rows * columns), 1, planes) : tile_planes;
+    const auto layer = static_cast<size_t>(together * rows * columns);
     const RawWords& raw = stage.t.raw;
     const size_t bytes = raw.bytes();
     Buffer<char> words;
@@ -210,17 +213,19 @@ bool write_tiled_part(const Stage& stage, const BrukerPlan& plan, File& input, c
     if (!words.allocate(layer * bytes) || !tiled.allocate(layer) || !ordered.allocate(layer)) return stage.out_of_memory();
     const Conversions convert = conversions(raw);
     bool complete = true;
-    for (int64_t plane = 0; plane < planes; plane += tile_planes) {
-        const uint64_t at = static_cast<uint64_t>(plane / tile_planes) * layer * bytes;
-        complete = read_padded(input, at, words.data(), layer * bytes) == layer * bytes && complete;
-        convert.convert(words.data(), layer, tiled.data());
+    for (int64_t plane = 0; plane < planes; plane += together) {
+        const int64_t depth = std::min(together, planes - plane);
+        const auto count = static_cast<size_t>(depth * rows * columns);
+        const uint64_t at = static_cast<uint64_t>(plane * rows * columns) * bytes;
+        complete = read_padded(input, at, words.data(), count * bytes) == count * bytes && complete;
+        convert.convert(words.data(), count, tiled.data());
         const float* from = tiled.data();
         for (int64_t r = 0; r < rows; r += tile_rows)
             for (int64_t c = 0; c < columns; c += tile_columns)
-                for (int64_t p = 0; p < tile_planes; ++p)
+                for (int64_t p = 0; p < depth; ++p)
                     for (int64_t line = r; line < r + tile_rows; ++line, from += tile_columns)
                         std::copy(from, from + tile_columns, ordered.data() + (p * rows + line) * columns + c);
-        if (!stage.write(part, ordered.data(), layer)) return false;
+        if (!stage.write(part, ordered.data(), count)) return false;
     }
     if (!complete) refuse(format_text("File %s ends before its last point.\nWhat is missing is zero.", path.c_str()));
     return true;

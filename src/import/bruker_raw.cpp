@@ -172,7 +172,7 @@ bool multi_dimensional(Translation& t, size_t indirect_dimensions, Acquisition& 
     const std::span<const Indirect> used(indirect, indirect_dimensions);
     const uint64_t row_bytes = row_bytes_of(t, acquisition);
     const std::string list = find_companion(folder_of(acquisition.path), "nuslist");
-    const bool sparse = !list.empty() && acquisition.sampling.value_or(1) != 0;
+    const bool sparse = !list.empty() && acquisition.sampling.value_or(2) == 2;
     if (sparse ? !place_sparse_rows(t, list, used, row_bytes, t.input_bytes, plan)
                : !place_all_rows(t, acquisition, used, row_bytes, t.input_bytes, plan))
         return false;

@@ -15,8 +15,9 @@
 namespace zolt {
 
 namespace {
-constexpr uint64_t points_at_a_time = uint64_t{1} << 18;
-}
+// Small enough for the cache of one core: every block is written, read and looked at more than once.
+constexpr uint64_t points_at_a_time = uint64_t{1} << 15;
+}  // namespace
 
 TemporaryFiles::~TemporaryFiles() {
     for (size_t i = 0; i < files_.size(); ++i) {
@@ -87,8 +88,10 @@ bool merge_parts(File& real, File& imaginary, const DataSet& parameters, bool sw
     const auto points = static_cast<size_t>(parameters.dims[0].points);
     const uint64_t rows = rows_of(parameters);
     message = each_rows(real, imaginary, parameters, swap, [&](std::span<const Complex> pairs, uint64_t done) -> std::string {
-        for (size_t at = 0; at < pairs.size(); at += points)
-            if (!write_native_slice(output, configured_form(), pairs.subspan(at, points)))
+        // Slices without a count in front of each are one run of points.
+        const size_t together = configured_form().type == 1 ? points : pairs.size();
+        for (size_t at = 0; at < pairs.size(); at += together)
+            if (!write_native_slice(output, configured_form(), pairs.subspan(at, together)))
                 return "The output file cannot be written.\nDisk Full ???";
         const bool go_on = done == rows || platform().progress(static_cast<double>(done) / static_cast<double>(rows));
         return go_on ? "" : "The import was cancelled.";

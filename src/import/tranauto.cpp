@@ -123,7 +123,7 @@ void set_senses(const Format& format, bool swapped, DataSet& parameters) {
         Dimension& dimension = parameters.dims[d];
         dimension.sense = !dimension.frequency && (d == 0 || dimension.points > 1) ? format.sense : 1;
     }
-    if (!swapped) return;
+    if (!swapped || parameters.dims[0].frequency) return;
     // i(x*) for x: the other sense of rotation, a quarter turn away.
     parameters.dims[0].sense = -parameters.dims[0].sense;
     parameters.phase[0] += 90;
