@@ -59,6 +59,16 @@ bool take_extents(Translation& t, std::span<const Processing> processing, bool s
     return true;
 }
 
+// The points of dimension 1. Where a strip of the spectrum was kept, width and centre are those of the strip.
+void take_spectrum_points(Translation& t, const Acquisition& acquisition, const std::optional<Processing>& procs, int64_t points) {
+    Dimension& dimension = t.parameters.dims[0];
+    dimension.points = static_cast<int32_t>(points);
+    if (!procs || procs->strip != points || procs->points <= points) return;
+    const double sw = acquisition.sw * static_cast<double>(points) / static_cast<double>(procs->points);
+    dimension.sw = float_or_zero(sw);
+    dimension.offset = float_or_zero(centre_of(acquisition.sfo1, sw, t.parameters.o1, procs));
+}
+
 // The quadrant that holds the imaginary parts, along dimension 1, of the one given.
 std::string imaginary_of(const std::string& path) {
     const std::string folder = folder_of(path), name = lower(name_of(path));
@@ -124,14 +134,15 @@ bool BRUU_1R_Parm(Translation& t) {
     const std::string folder = folder_of(t.path);
     Acquisition acquisition;
     if (!find_acqus(t, acquisition)) return false;
-    take_procs_of_spectrum(t, acquisition, read_processing(find_companion(folder, "procs")));
+    const auto procs = read_processing(find_companion(folder, "procs"));
+    take_procs_of_spectrum(t, acquisition, procs);
     const std::string title = read_title(find_companion(folder, "title"));
     if (!title.empty()) t.parameters.title = title;
     const uint64_t points = t.input_bytes / t.raw.bytes();
     if (points < 1 || points > static_cast<uint64_t>(most_points))
         return t.fail(format_text("File %s cannot be imported: it holds %llu points.", t.path.c_str(),
                                   static_cast<unsigned long long>(points)));
-    t.parameters.dims[0].points = static_cast<int32_t>(points);
+    take_spectrum_points(t, acquisition, procs, static_cast<int64_t>(points));
     BrukerPlan plan;
     plan.kind = BrukerPlan::Kind::processed_1d;
     plan.data = t.path;
@@ -164,7 +175,7 @@ bool processed_parameters(Translation& t, size_t indirect_dimensions) {
     if (strip && !take_extents(t, processing, true, plan)) return false;
     t.message.clear();
     if (!take_axes(t, processing, strip)) return false;
-    t.parameters.dims[0].points = static_cast<int32_t>(plan.counts[2]);
+    take_spectrum_points(t, acquisition, processing[0], plan.counts[2]);
     // Rows of a spectrum are no pairs any more, however they were recorded.
     t.parameters.process_type = indirect_dimensions == 2 ? "3D_GENERIC" : processing[1].transformed ? "2D_MAGNITUDE" : "1D";
     if (!processing[1].transformed) t.parameters.array_values = read_array_list(folder_of(acquisition.path));

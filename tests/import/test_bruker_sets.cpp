@@ -245,6 +245,7 @@ TEST_F(BrukerSets, TilesOfAPlaneAreInOrder) {
         ASSERT_EQ(set(all, "pdata/1/" + name), 1) << platform_.said();
         EXPECT_EQ(as_text(grid()), want) << name;
         EXPECT_TRUE(show.dims[0].frequency && show.dims[1].frequency && show.process_type == "2D_MAGNITUDE");
+        EXPECT_EQ(show.dims[0].sw, first.find("STSI") == std::string::npos ? 8000 : 500);
     }
     Files all = {{"3rrr", plane},        {"acqus", "##TITLE= XWIN-NMR\n" + acqus(8)},
                  {"acqu2s", acqu2s(4)},  {"acqu3s", acqu2s(2)},
