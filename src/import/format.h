@@ -1,7 +1,9 @@
 // What the import layer shares: the rows of the format table, a file whose format is looked for, a translation under way.
 #pragma once
 
+#include <any>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -26,7 +28,7 @@ struct Candidate {
 };
 
 struct ImportOptions {
-    bool swap_parts = false;  ///< the value read second is the real part
+    std::optional<bool> swap_parts;  ///< the value read second is the real part; nothing: as configured for the format
 };
 
 /// How the words of raw data stand in their file: signed 32-bit integers, or 64-bit floats.
@@ -49,9 +51,12 @@ struct Translation {
     DataSet& parameters;  ///< counts of 1 in every dimension at first; its vectors stay empty
     File& real;           ///< temporary files 1 and 2: 32-bit floats in the machine's order, slice after slice
     File& imaginary;
-    RawWords raw = {};  ///< set by the parameter stage for the data stage
+    RawWords raw = {};   ///< set by the parameter stage for the data stage
+    std::any plan = {};  ///< what else the parameter stage leaves for the data stage of its family
     std::string message = {};
+    std::string notes = {};  ///< sentences for the reply line of an import that worked
 
+    void note(const std::string& sentence) { notes += (notes.empty() ? "" : " ") + sentence; }
     bool fail(std::string text) {
         message = std::move(text);
         return false;
@@ -81,6 +86,9 @@ const Format* format_of_key(std::string_view key);
 
 /// "of <name> data type.", or the row's own phrase.
 std::string description(const Format& format);
+
+/// Whether the configuration has real and imaginary parts swapped on reading this format.
+bool parts_swapped_by_default(const Format& format);
 
 /// What the user reads about data that are recognised but have no translator yet.
 std::string not_importable(const Format& format);

@@ -3,6 +3,7 @@
 #include "import/bruker.h"
 #include "import/format.h"
 #include "import/native.h"
+#include "state/session.h"
 
 namespace zolt {
 
@@ -33,12 +34,12 @@ constexpr Format table[] = {
     {20, "BRUKERETHERNET", "Bruker Ethernet", nullptr, -1},
     {21, "SMIS", "SMIS", nullptr, 1},
     {22, "VARUNIX", "Varian Unix", nullptr, 1},
-    {23, "BRUKERUNIX1", "1D Bruker Unix", nullptr, -1, nullptr, BRUU_Parm, BRUUData},
-    {24, "BRUKERUNIX2", "2D Bruker Unix", nullptr, -1},
-    {25, "BRUKERUNIXSGI1", "1D Bruker Unix SGI", nullptr, -1},
-    {26, "BRUKERUNIXSGI2", "2D Bruker Unix SGI", nullptr, -1},
-    {27, "BRUKERX32_1D", "Bruker X32 1D", nullptr, -1, BRUX_Test},
-    {28, "BRUKERX32_2D", "Bruker X32 2D", nullptr, -1},
+    {23, "BRUKERUNIX1", "1D Bruker Unix", nullptr, -1, nullptr, BRUU_Parm, BRUU_Data},
+    {24, "BRUKERUNIX2", "2D Bruker Unix", nullptr, -1, nullptr, BRUU_2D_Parm, BRUU_Data},
+    {25, "BRUKERUNIXSGI1", "1D Bruker Unix SGI", nullptr, -1, nullptr, BRUU_Parm, BRUU_Data},
+    {26, "BRUKERUNIXSGI2", "2D Bruker Unix SGI", nullptr, -1, nullptr, BRUU_2D_Parm, BRUU_Data},
+    {27, "BRUKERX32_1D", "Bruker X32 1D", nullptr, -1, BRUX_Test, BRUX_Parm_1D, BRUU_Data},
+    {28, "BRUKERX32_2D", "Bruker X32 2D", nullptr, -1, nullptr, BRUX_Parm_2D, BRUU_Data},
     {29, "BRUKNET", "Bruker Aspect BrukNet", nullptr, -1},
     {30, "PCT", "Process Control Technology", nullptr, 1},
     {31, "FXQ", "JEOL FXQ", nullptr, 1},
@@ -59,30 +60,30 @@ constexpr Format table[] = {
     {46, "NMRI", "NMRi", nullptr, 1},
     {47, "PHILIP_MR", "Philips MR", nullptr, 1},
     {48, "JEOL_LAMBDA", "JEOL Lambda", nullptr, 1},
-    {49, "WINNMR1DOF", "Bruker WinNMR 1D old", nullptr, -1},
-    {50, "WINNMR1DOS", "Bruker WinNMR 1D old", nullptr, -1},
-    {51, "WINNMR2DOF", "Bruker WinNMR 2D old", nullptr, -1},
-    {52, "WINNMR2DOS", "Bruker WinNMR 2D old", nullptr, -1},
-    {53, "WINNMR1DNF", "Bruker WinNMR 1D new", nullptr, -1},
-    {54, "WINNMR1DNS", "Bruker WinNMR 1D new", nullptr, -1},
-    {55, "WINNMR2DNF", "Bruker WinNMR 2D new", nullptr, -1},
-    {56, "WINNMR2DNS", "Bruker WinNMR 2D new", nullptr, -1},
-    {57, "", "Bruker WinNMR .aqs", aqs_phrase, -1},
-    {58, "", "Bruker WinNMR .aqs", aqs_phrase, -1},
-    {59, "", "Bruker WinNMR .aqs", aqs_phrase, -1},
-    {60, "", "Bruker WinNMR .aqs", aqs_phrase, -1},
+    {49, "WINNMR1DOF", "Bruker WinNMR 1D old", nullptr, -1, nullptr, WINNMR_Parm, BRUU_Data},
+    {50, "WINNMR1DOS", "Bruker WinNMR 1D old", nullptr, -1, nullptr, WINNMR_Parm, BRUU_Data},
+    {51, "WINNMR2DOF", "Bruker WinNMR 2D old", nullptr, -1, nullptr, WINNMR_Parm, BRUU_Data},
+    {52, "WINNMR2DOS", "Bruker WinNMR 2D old", nullptr, -1, nullptr, WINNMR_Parm, BRUU_Data},
+    {53, "WINNMR1DNF", "Bruker WinNMR 1D new", nullptr, -1, nullptr, WINNMR_Parm, BRUU_Data},
+    {54, "WINNMR1DNS", "Bruker WinNMR 1D new", nullptr, -1, nullptr, WINNMR_Parm, BRUU_Data},
+    {55, "WINNMR2DNF", "Bruker WinNMR 2D new", nullptr, -1, nullptr, WINNMR_Parm, BRUU_Data},
+    {56, "WINNMR2DNS", "Bruker WinNMR 2D new", nullptr, -1, nullptr, WINNMR_Parm, BRUU_Data},
+    {57, "", "Bruker WinNMR .aqs", aqs_phrase, -1, nullptr, WINNMR_Parm, BRUU_Data},
+    {58, "", "Bruker WinNMR .aqs", aqs_phrase, -1, nullptr, WINNMR_Parm, BRUU_Data},
+    {59, "", "Bruker WinNMR .aqs", aqs_phrase, -1, nullptr, WINNMR_Parm, BRUU_Data},
+    {60, "", "Bruker WinNMR .aqs", aqs_phrase, -1, nullptr, WINNMR_Parm, BRUU_Data},
     {61, "WINNMR1D97", "unknown", nullptr, -1},
     {62, "WINNMR2D97", "unknown", nullptr, -1},
-    {63, "WINNMRFQS", "Bruker WinNMR .fqs", nullptr, -1},
+    {63, "WINNMRFQS", "Bruker WinNMR .fqs", nullptr, -1, nullptr, WINNMR_Parm, BRUU_Data},
     {64, "", "unknown", nullptr, 1},
-    {65, "", "Bruker Unix 1R", "of Bruker Unix conversion type 1R.", -1},
+    {65, "", "Bruker Unix 1R", "of Bruker Unix conversion type 1R.", -1, nullptr, BRUU_1R_Parm, BRUU_Data},
     {66, "JEOL_ALS", "JEOL ALS", nullptr, 1},
     {67, "JEOL_ALPHA", "JEOL Alpha", nullptr, 1},
     {68, "JEOL_DELTA", "JEOL Delta", nullptr, 1},
     {69, "JCAMP", "JCAMP", nullptr, 1},
     // Both directory formats carry the older software's name; only the phrase tells them apart.
-    {70, "XWINNMR", "Bruker XWinNMR", "of Xwin NMR type.", -1, nullptr, XWIN_Parm, BRUUData},
-    {71, "TOPSPIN", "Bruker XWinNMR", "of TopSpin NMR type.", -1, nullptr, XWIN_Parm, BRUUData},
+    {70, "XWINNMR", "Bruker XWinNMR", "of Xwin NMR type.", -1, nullptr, XWIN_Parm, BRUU_Data},
+    {71, "TOPSPIN", "Bruker XWinNMR", "of TopSpin NMR type.", -1, nullptr, XWIN_Parm, BRUU_Data},
     {72, "", "Tecmag NT-NMR", "of TecMag NTNMR type.", 1},
     {73, "AZARA", "Azara Unix Real Import", nullptr, 1},
     {74, "ELCINT", "Elcint Import", nullptr, 1},
@@ -91,7 +92,7 @@ constexpr Format table[] = {
     {77, "", "GE MEDI Import", "of GE MEDI MRi Spectroscopy data.", 1},
     {78, "HITACHI", "Hitachi R-1500 Import", nullptr, 1},
     {79, "ARC_NEMA_IMAGE", "ARC-NEMA image Import", nullptr, 1},
-    {80, "BRUKERUNIX3", "3D Bruker Unix", nullptr, -1, BRUU_3D_Test},
+    {80, "BRUKERUNIX3", "3D Bruker Unix", nullptr, -1, BRUU_3D_Test, BRUU_3D_Parm, BRUU_Data},
     {81, "DDF_RAW", "DDF_RAW CSI Import", nullptr, 1},
     {82, "GAML", "Philips-2 Import", "of GAML XML data.", 1},
     {83, "SIEMENS_RDA", "Siemens RDA Import", nullptr, 1},
@@ -129,6 +130,14 @@ const Format* format_of_key(std::string_view key) {
 
 std::string description(const Format& format) {
     return format.phrase != nullptr ? format.phrase : format_text("of %s data type.", format.name);
+}
+
+bool parts_swapped_by_default(const Format& format) {
+    const int n = format.number;
+    const bool xwin = n == 70 || n == 71, aspect = n == 11 || n == 19 || n == 20 || n == 29;
+    // Native files of another machine are no foreign data.
+    return (settings.ri_on_import && format.sense != 0) || (settings.bruker_xwin_ri && xwin) ||
+           (settings.bruker_aspect_ri && aspect);
 }
 
 std::string not_importable(const Format& format) {

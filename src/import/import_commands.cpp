@@ -57,12 +57,15 @@ bool agreed(const char* caption, const char* text) {
 
 // ------------------------------------------------------------------------------------------------- the data of a folder
 
-// The raw data file that stands for an experiment folder; "" when the folder is none.
-std::string raw_data_of(const std::string& folder) {
-    for (const char* name : {"fid", "ser"}) {
-        const std::string found = find_companion(folder, name);
-        if (!found.empty()) return found;
-    }
+// The data file that stands for a folder: raw data of an experiment, else processed data of most dimensions; "" without.
+std::string own_data_of(const std::string& folder) {
+    static constexpr const char* raw[] = {"fid", "ser"};
+    static constexpr const char* processed[] = {"3rrr", "2rr", "1r"};
+    for (const char* name : raw)
+        if (const std::string found = find_companion(folder, name); !found.empty()) return found;
+    for (const std::string& place : {folder, folder + "/pdata/1"})
+        for (const char* name : processed)
+            if (const std::string found = find_companion(place, name); !found.empty()) return found;
     return {};
 }
 
@@ -76,7 +79,7 @@ std::vector<std::string> experiments_of(const std::string& folder) {
     std::error_code error;
     for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
         const std::string name = entry->path().filename().string();
-        if (all_digits(name) && !raw_data_of(entry->path().string()).empty()) names.push_back(name);
+        if (all_digits(name) && !own_data_of(entry->path().string()).empty()) names.push_back(name);
     }
     std::sort(names.begin(), names.end(),
               [](const std::string& a, const std::string& b) { return a.size() != b.size() ? a.size() < b.size() : a < b; });
@@ -95,12 +98,13 @@ std::string data_file_of(const std::string& path, std::string& reason) {
     }
     if (!reason.empty()) return {};
 
-    const std::string own = raw_data_of(path);
+    const std::string own = own_data_of(path);
     if (!own.empty()) return data_file_of(own, reason);
     const auto names = experiments_of(path);
-    if (names.size() == 1) return data_file_of(raw_data_of(path + "/" + names[0]), reason);
+    if (names.size() == 1) return data_file_of(own_data_of(path + "/" + names[0]), reason);
     if (names.empty()) {
-        reason = format_text("Folder %s holds no data file (fid or ser) and no numbered experiment that does.", path.c_str());
+        reason =
+            format_text("Folder %s holds no data file (such as fid or ser) and no numbered experiment that does.", path.c_str());
         return {};
     }
     constexpr size_t most_named = 10;
@@ -163,6 +167,8 @@ void keep_beside_file(const DataSet& parameters, DataSet& fresh) {
     for (const auto value : values) fresh.*value = parameters.*value;
     fresh.scans = parameters.scans;
     fresh.phase = parameters.phase;
+    fresh.array_values = parameters.array_values;
+    fresh.other_sw2 = parameters.other_sw2;
     for (size_t d = 0; d < fresh.dims.size(); ++d) fresh.dims[d].nucleus = parameters.dims[d].nucleus;
 }
 

@@ -123,7 +123,7 @@ void set_senses(const Format& format, bool swapped, DataSet& parameters) {
         Dimension& dimension = parameters.dims[d];
         dimension.sense = !dimension.frequency && (d == 0 || dimension.points > 1) ? format.sense : 1;
     }
-    if (!swapped) return;
+    if (!swapped || parameters.dims[0].frequency) return;
     // i(x*) for x: the other sense of rotation, a quarter turn away.
     parameters.dims[0].sense = -parameters.dims[0].sense;
     parameters.phase[0] += 90;
@@ -168,8 +168,11 @@ bool run_translator(const Format& format, const std::string& input, const std::s
         message = t.message;
         return false;
     }
-    set_senses(format, options.swap_parts, parameters);
-    return write_output(temporary, parameters, options.swap_parts, output, message);
+    const bool swap = options.swap_parts.value_or(parts_swapped_by_default(format));
+    set_senses(format, swap, parameters);
+    if (!write_output(temporary, parameters, swap, output, message)) return false;
+    if (!t.notes.empty()) platform().reply(t.notes);
+    return true;
 }
 
 }  // namespace

@@ -72,6 +72,11 @@ struct DataRecord {
     double group_delay = 0;        ///< pending digital-filter delay of dimension 1, complex points
     int32_t rotation = 0;          ///< pending amount of RD, points
 
+    /// Of a series: what was stepped from slice to slice (delays in s, gradients, counts).
+    std::vector<double> array_values;
+    /// Width of dimension 2 in Hz by a second statement of the imported file that contradicts SW2; 0 without one.
+    double other_sw2 = 0;
+
     float rel_value = 1;                  ///< every integral is shown and written times this
     std::vector<Integral> integrals;      ///< in order of their start points
     std::vector<Integral> sub_integrals;  ///< a second list, for the clipboard

@@ -28,6 +28,7 @@ extern Session session;
 struct Settings {
     bool no_file_overwrite = false;
     bool bruker_filter = true;  ///< false: the group delay of digitally filtered data is left alone
+    bool ri_on_import = false, bruker_xwin_ri = false, bruker_aspect_ri = false;  ///< imports swap real and imaginary
     double default_pa = 0, default_pb = 0, default_pc = 0;
     std::string data_dir, import_dir, macro_dir, import_out_dir, zz_file_path;
     std::array<std::string, 10> links;  ///< LINK0 to LINK9
