@@ -3,6 +3,7 @@
 #include "import/bruker.h"
 #include "import/format.h"
 #include "import/native.h"
+#include "import/varian.h"
 
 namespace zolt {
 
@@ -32,7 +33,8 @@ constexpr Format table[] = {
     {19, "BRUKERASPECTBS", "Bruker Aspect Byte Swapped", nullptr, -1},
     {20, "BRUKERETHERNET", "Bruker Ethernet", nullptr, -1},
     {21, "SMIS", "SMIS", nullptr, 1},
-    {22, "VARUNIX", "Varian Unix", nullptr, 1},
+    // FIDs turn with sense 1; the second dimension as the experiment says.
+    {22, "VARUNIX", "Varian Unix", nullptr, 0, nullptr, VARU_procpar, VARUData},
     {23, "BRUKERUNIX1", "1D Bruker Unix", nullptr, -1, nullptr, BRUU_Parm, BRUUData},
     {24, "BRUKERUNIX2", "2D Bruker Unix", nullptr, -1},
     {25, "BRUKERUNIXSGI1", "1D Bruker Unix SGI", nullptr, -1},

@@ -87,6 +87,7 @@ struct DataRecord {
     float rel_value = 1;
     std::vector<Integral> integrals;
     std::vector<Peak> peaks;
+    std::vector<double> values_2;  ///< values of dimension 2: delays and the like, empty without
     CarriedWords words;
 
     int32_t pts1d() const { return dims[0].points; }
