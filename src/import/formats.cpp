@@ -2,6 +2,7 @@
 #include "common/text.h"
 #include "import/bruker.h"
 #include "import/format.h"
+#include "import/jeol.h"
 #include "import/native.h"
 #include "import/varian.h"
 
@@ -80,7 +81,7 @@ constexpr Format table[] = {
     {65, "", "Bruker Unix 1R", "of Bruker Unix conversion type 1R.", -1},
     {66, "JEOL_ALS", "JEOL ALS", nullptr, 1},
     {67, "JEOL_ALPHA", "JEOL Alpha", nullptr, 1},
-    {68, "JEOL_DELTA", "JEOL Delta", nullptr, 1},
+    {68, "JEOL_DELTA", "JEOL Delta", nullptr, 1, JEOL_DELTA_Test, JEOL_DELTA_Parm, JEOL_DELTA_Data},
     {69, "JCAMP", "JCAMP", nullptr, 1},
     // Both directory formats carry the older software's name; only the phrase tells them apart.
     {70, "XWINNMR", "Bruker XWinNMR", "of Xwin NMR type.", -1, nullptr, XWIN_Parm, BRUUData},
