@@ -1,6 +1,7 @@
 // Offsets and codes of the Delta file, as public readers of it describe them.
 #include "import/jeol_file.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cmath>
@@ -122,7 +123,10 @@ double load_double(const char* from, ByteOrder order) {
     return std::bit_cast<double>(order == machine_order ? word : __builtin_bswap64(word));
 }
 
-bool DeltaHeader::complex_rows() const { return dims[0].kind == DeltaAxis::complex || dims[0].kind == DeltaAxis::real_complex; }
+bool DeltaHeader::complex_rows() const {
+    return dims[0].kind == DeltaAxis::complex ||
+           std::any_of(dims.begin(), dims.end(), [](const DeltaDimension& d) { return d.kind == DeltaAxis::real_complex; });
+}
 
 bool is_delta_mark(std::string_view bytes) {
     const std::string_view start = bytes.substr(0, mark_bytes);

@@ -47,14 +47,17 @@ struct FidLayout {
     uint64_t block_bytes() const { return header_bytes + traces * row_bytes(); }
 };
 
-// The headers of a block, in bytes. The count of block headers is the least reliable field: what the size of a block
-// leaves beside its values goes first, with the width of the values as they are and then as the header says it.
+// The headers of a block, in bytes: the candidate with which the blocks fill the file, else the first with which they fit
+// into it.
 bool find_header_bytes(FidLayout& layout, std::span<const uint64_t> candidates, uint64_t file_bytes) {
-    for (const uint64_t candidate : candidates) {
-        if (candidate < block_header_bytes || candidate % block_header_bytes != 0 || candidate > file_bytes) continue;
-        layout.header_bytes = candidate;
-        if ((file_bytes - file_header_bytes) / layout.block_bytes() >= layout.blocks) return true;
-    }
+    const uint64_t room = file_bytes - file_header_bytes;
+    for (const bool exactly : {true, false})
+        for (const uint64_t candidate : candidates) {
+            if (candidate < block_header_bytes || candidate % block_header_bytes != 0 || candidate > room) continue;
+            layout.header_bytes = candidate;
+            const uint64_t held = room / layout.block_bytes(), left = room % layout.block_bytes();
+            if (exactly ? held == layout.blocks && left == 0 : held >= layout.blocks) return true;
+        }
     return false;
 }
 
@@ -81,6 +84,8 @@ bool read_layout(Translation& t, FidLayout& layout, const char* stage) {
 
     const bool hypercomplex = (block & status_hypercomplex) != 0;
     const uint64_t room = t.input_bytes / layout.row_bytes() >= layout.traces ? layout.traces * layout.row_bytes() : 0;
+    // The count of headers is the least reliable field: what the size of a block leaves beside its values goes first, with
+    // the width of the values as they are and then as the header says it.
     const uint64_t candidates[] = {static_cast<uint64_t>(block_bytes) - room,
                                    static_cast<uint64_t>(block_bytes - traces * trace_bytes),
                                    (static_cast<uint64_t>(headers & 0xF) + (hypercomplex ? 1 : 0)) * block_header_bytes};
