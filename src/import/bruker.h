@@ -30,6 +30,6 @@ bool BRUX_Parm_2D(Translation& t);
 bool WINNMR_Parm(Translation& t);
 
 /// Points of `fid` and `ser`, of `1r` and of `2rr` or `3rrr` into the temporary files, as the parameter stage planned it.
-bool BRUU_Data(Translation& t);
+bool BRUUData(Translation& t);
 
 }  // namespace zolt

@@ -28,11 +28,6 @@ std::string experiment_above(const std::string& folder) {
 
 // ------------------------------------------------------------------------------------------------------------- values
 
-// Texts may hold anything that reads as a number; what is none of use counts as not given.
-double finite(double value) { return std::isfinite(value) ? value : 0; }
-
-float positive(double value) { return value > 0 ? float_or_zero(value) : 0; }
-
 double number_of(const LabelledFile& file, std::string_view label) { return file.number(label).value_or(0); }
 
 std::optional<int64_t> integer_of(const LabelledFile& file, std::string_view label) {
@@ -62,9 +57,9 @@ struct AcquisitionLabel {
 // One row a record, taken in the order in which the file has them.
 constexpr AcquisitionLabel acqus_labels[] = {
     {"##ORIGIN", [](const LabelledRecord& r, Acquisition& a, DataSet&) { a.raw.from_24_bits = r.value == "UXNMR/P"; }},
-    {"##OWNER", [](const LabelledRecord& r, Acquisition&, DataSet& d) { d.owner = cut(r.value, longest_bruker_text); }},
-    {"##$D", [](const LabelledRecord& r, Acquisition&, DataSet& d) { d.d1 = finite(r.element(1).value_or(d.d1)); }},
-    {"##$P", [](const LabelledRecord& r, Acquisition&, DataSet& d) { d.p1 = finite(r.element(1).value_or(d.p1)); }},
+    {"##OWNER", [](const LabelledRecord& r, Acquisition&, DataSet& d) { d.owner = cut(r.value, longest_text); }},
+    {"##$D", [](const LabelledRecord& r, Acquisition&, DataSet& d) { d.d1 = finite_or_zero(r.element(1).value_or(d.d1)); }},
+    {"##$P", [](const LabelledRecord& r, Acquisition&, DataSet& d) { d.p1 = finite_or_zero(r.element(1).value_or(d.p1)); }},
     {"##$DATE", [](const LabelledRecord& r, Acquisition&, DataSet& d) { d.date = date_text(integer_or_zero(r.value)); }},
     {"##$DIGMOD", [](const LabelledRecord& r, Acquisition& a, DataSet&) { a.filter.digital = integer_or_zero(r.value) != 0; }},
     {"##$DECIM", [](const LabelledRecord& r, Acquisition& a, DataSet&) { a.filter.decimation = number_or_zero(r.value); }},
@@ -81,25 +76,25 @@ constexpr AcquisitionLabel acqus_labels[] = {
      }},
     {"##$SFO1",
      [](const LabelledRecord& r, Acquisition& a, DataSet& d) {
-         a.sfo1 = finite(number_or_zero(r.value));
-         d.dims[0].sf = positive(a.sfo1);
+         a.sfo1 = finite_or_zero(number_or_zero(r.value));
+         d.dims[0].sf = positive_or_zero(a.sfo1);
      }},
     {"##$SW_h",
      [](const LabelledRecord& r, Acquisition& a, DataSet& d) {
-         a.sw = finite(number_or_zero(r.value));
-         d.dims[0].sw = positive(a.sw);
+         a.sw = finite_or_zero(number_or_zero(r.value));
+         d.dims[0].sw = positive_or_zero(a.sw);
      }},
-    {"##$O1", [](const LabelledRecord& r, Acquisition&, DataSet& d) { d.o1 = finite(number_or_zero(r.value)); }},
-    {"##$O2", [](const LabelledRecord& r, Acquisition&, DataSet& d) { d.o2 = finite(number_or_zero(r.value)); }},
-    {"##$NUC1", [](const LabelledRecord& r, Acquisition&, DataSet& d) { d.dims[0].nucleus = cut(r.text, longest_bruker_text); }},
-    {"##$INSTRUM", [](const LabelledRecord& r, Acquisition&, DataSet& d) { d.comment = cut(r.value + ", ", longest_bruker_text); }},
+    {"##$O1", [](const LabelledRecord& r, Acquisition&, DataSet& d) { d.o1 = finite_or_zero(number_or_zero(r.value)); }},
+    {"##$O2", [](const LabelledRecord& r, Acquisition&, DataSet& d) { d.o2 = finite_or_zero(number_or_zero(r.value)); }},
+    {"##$NUC1", [](const LabelledRecord& r, Acquisition&, DataSet& d) { d.dims[0].nucleus = cut(r.text, longest_text); }},
+    {"##$INSTRUM", [](const LabelledRecord& r, Acquisition&, DataSet& d) { d.comment = cut(r.value + ", ", longest_text); }},
     {"##$SOLVENT",
      [](const LabelledRecord& r, Acquisition&, DataSet& d) {
-         d.comment = cut(d.comment + r.value + ", ", longest_bruker_text);
-         d.solvent = cut(r.text, longest_bruker_text);
+         d.comment = cut(d.comment + r.value + ", ", longest_text);
+         d.solvent = cut(r.text, longest_text);
      }},
     {"##$PULPROG",
-     [](const LabelledRecord& r, Acquisition&, DataSet& d) { d.experiment = cut(d.experiment + r.value, longest_bruker_text); }},
+     [](const LabelledRecord& r, Acquisition&, DataSet& d) { d.experiment = cut(d.experiment + r.value, longest_text); }},
 };
 
 void take_aq_mod(std::string_view value, DataSet& data) {
@@ -122,8 +117,6 @@ std::optional<double> listed_value(std::string_view word) {
 }
 
 }  // namespace
-
-float float_or_zero(double value) { return std::abs(value) <= std::numeric_limits<float>::max() ? static_cast<float>(value) : 0; }
 
 std::string experiment_file(const std::string& folder, const std::string& name, bool in_subfolders) {
     const std::string beside = status_or_setup_file(folder, name);
@@ -173,17 +166,17 @@ bool find_indirect(Translation& t, size_t d, Indirect& indirect) {
     indirect.sfo1 = number_of(file, "##$SFO1");
     indirect.o1 = number_of(file, "##$O1");
     indirect.sw = number_of(file, "##$SW_h");
-    indirect.sw_of_ppm = finite(number_of(file, "##$SW") * indirect.sfo1);
+    indirect.sw_of_ppm = finite_or_zero(number_of(file, "##$SW") * indirect.sfo1);
     indirect.mode = mode_of(integer_of(file, "##$FnMODE").value_or(0));
-    if (const LabelledRecord* nucleus = file.find("##$NUC1")) indirect.nucleus = cut(nucleus->text, longest_bruker_text);
+    if (const LabelledRecord* nucleus = file.find("##$NUC1")) indirect.nucleus = cut(nucleus->text, longest_text);
 
     LabelledFile set_up;
     if (indirect.full_rows <= 0 && read_labelled(find_companion(folder_of(indirect.path), name.substr(0, 5)), set_up))
         indirect.full_rows = integer_of(set_up, "##$TD").value_or(0);
 
     Dimension& dimension = t.parameters.dims[d];
-    dimension.sf = positive(indirect.sfo1);
-    dimension.sw = positive(indirect.sw);
+    dimension.sf = positive_or_zero(indirect.sfo1);
+    dimension.sw = positive_or_zero(indirect.sw);
     dimension.nucleus = indirect.nucleus;
     return true;
 }
@@ -208,7 +201,7 @@ std::optional<Processing> read_processing(const std::string& path) {
     // MC2 counts as FnMODE does, from 0 on.
     if (const auto mc2 = integer_of(file, "##$MC2")) p.mode = *mc2 >= 0 && *mc2 < 6 ? mode_of(*mc2 + 1) : IndirectMode::unknown;
     if (const LabelledRecord* title = file.find("##$TI"))
-        p.title = cut(std::string_view(title->text).substr(0, title->text.find('<')), longest_bruker_text);
+        p.title = cut(std::string_view(title->text).substr(0, title->text.find('<')), longest_text);
     return p;
 }
 
@@ -219,7 +212,7 @@ std::string read_title(const std::string& path) {
     const std::string text = readable_text(bytes);
     std::string_view rest = text, line;
     take_line(rest, line);
-    return std::string(cut(trimmed(line), longest_bruker_text));
+    return std::string(cut(trimmed(line), longest_text));
 }
 
 double referenced_offset(double sfo1, double carrier_offset, const std::optional<Processing>& processing) {
@@ -232,7 +225,7 @@ void take_processing_of_fid(const std::optional<Processing>& procs, const Acquis
     if (!procs) return;
     if (procs->zero_order) data.phase[0] = float_or_zero(0 - *procs->zero_order);
     if (procs->first_order) data.phase[1] = float_or_zero(0 - *procs->first_order);
-    data.lb() = positive(procs->lb);
+    data.lb() = positive_or_zero(procs->lb);
     data.title = procs->title;
 }
 

@@ -9,13 +9,9 @@
 #include "import/bruker_delay.h"
 #include "import/format.h"
 #include "import/labelled.h"
+#include "import/quantities.h"
 
 namespace zolt {
-
-constexpr size_t longest_bruker_text = 127;
-
-/// A value of a text file as a float; 0 for one that no float holds.
-float float_or_zero(double value);
 
 /// What acqus says beside the parameters of the data set.
 struct Acquisition {

@@ -250,7 +250,7 @@ bool BRUU_2RR_Data(Translation& t, const BrukerPlan& plan) {
     return true;
 }
 
-bool BRUU_Data(Translation& t) {
+bool BRUUData(Translation& t) {
     const auto* plan = std::any_cast<BrukerPlan>(&t.plan);
     if (plan == nullptr) return t.fail(not_importable(t.format));
     switch (plan->kind) {

@@ -126,8 +126,7 @@ void take_procs_of_spectrum(Translation& t, const Acquisition& acquisition, cons
     if (procs->left_edge) data.o1 = *procs->left_edge * acquisition.sfo1 - acquisition.sw / 2;
     data.title = procs->title;
     if (procs->scale)
-        data.comment =
-            cut(format_text("%sNC_proc= %lld", data.comment.c_str(), static_cast<Wide>(*procs->scale)), longest_bruker_text);
+        data.comment = cut(format_text("%sNC_proc= %lld", data.comment.c_str(), static_cast<Wide>(*procs->scale)), longest_text);
 }
 
 bool BRUU_1R_Parm(Translation& t) {
