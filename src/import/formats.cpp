@@ -1,5 +1,6 @@
 // The one table of foreign formats. A new translator is three functions and their names in its row here.
 #include "common/text.h"
+#include "import/ascii.h"
 #include "import/bruker.h"
 #include "import/format.h"
 #include "import/native.h"
@@ -23,7 +24,7 @@ constexpr Format table[] = {
     {10, "OMEGA_TWO_FILE", "GE Omega 2-file export", nullptr, 1},
     {11, "BRUKERASPECT", "Bruker Aspect", nullptr, -1},
     {12, "FELIXNEW", "unknown", nullptr, 1},
-    {13, "ASC", "ASCII", "of ASC Data Pairs type.", 1},
+    {13, "ASC", "ASCII", "of ASC Data Pairs type.", 1, nullptr, ASC_Parm, ASC_Data},
     {14, "CDFFDOS", "CDFF DOS", nullptr, 0, nullptr, CDFF_Parm, CDFF_Data},
     {15, "CDFFUNIX", "CDFF Unix", nullptr, 0, nullptr, CDFF_Parm, CDFF_Data},
     {16, "JEOL", "JEOL", nullptr, 1},
