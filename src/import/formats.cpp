@@ -3,6 +3,7 @@
 #include "import/ascii.h"
 #include "import/bruker.h"
 #include "import/format.h"
+#include "import/jcamp.h"
 #include "import/native.h"
 
 namespace zolt {
@@ -80,7 +81,7 @@ constexpr Format table[] = {
     {66, "JEOL_ALS", "JEOL ALS", nullptr, 1},
     {67, "JEOL_ALPHA", "JEOL Alpha", nullptr, 1},
     {68, "JEOL_DELTA", "JEOL Delta", nullptr, 1},
-    {69, "JCAMP", "JCAMP", nullptr, 1},
+    {69, "JCAMP", "JCAMP", nullptr, 0, JCAMP_file_test, JCAMP_Parm, JCAMP_Data},
     // Both directory formats carry the older software's name; only the phrase tells them apart.
     {70, "XWINNMR", "Bruker XWinNMR", "of Xwin NMR type.", -1, nullptr, XWIN_Parm, BRUUData},
     {71, "TOPSPIN", "Bruker XWinNMR", "of TopSpin NMR type.", -1, nullptr, XWIN_Parm, BRUUData},
