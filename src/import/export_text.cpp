@@ -4,14 +4,19 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <filesystem>
+#include <system_error>
 
 #include "common/text.h"
 #include "datafile/file_commands.h"
 #include "datafile/native_file.h"
 #include "import/export.h"
 #include "platform/platform.h"
+#include "state/dataset.h"
 
 namespace zolt {
+
+namespace fs = std::filesystem;
 
 namespace {
 constexpr size_t buffer_size = size_t{1} << 18;
@@ -62,6 +67,12 @@ std::string export_target(Arguments& args) {
     if (name.empty()) name = platform().file_dialog(FileChoice::save, "Open Export File").value_or("");
     if (name.empty()) return {};
     const std::string path = absolute_path(typed_path(name));
+    // The text of some of the data would take the place of all of them.
+    std::error_code error;
+    if (path == show.file_a || fs::equivalent(path, show.file_a, error)) {
+        refuse("Input and Output file names are identical.\nNot allowed!");
+        return {};
+    }
     if (!may_replace(path) || overwrite_refused(path)) return {};
     return path;
 }

@@ -131,22 +131,23 @@ std::string read_row(const Opened& opened, const JcampTable& table, const JcampC
     return decoded.wrong;
 }
 
-// Some writers count the steps of a single table and not its points: one point less than declared will do there.
-bool acceptable_count(const Opened& opened, size_t count, size_t points) {
-    const bool single = opened.layout.real_rows.size() == 1 && opened.layout.imaginary_rows.empty() && !opened.layout.own;
-    return count == points || (single && count > 0 && count + 1 == points);
+// Some writers count the steps instead of the points, or the other way round: a single row may differ by one from what its
+// header gives.
+bool acceptable_count(const Opened& opened, size_t count, size_t points, bool first_table) {
+    const bool single = first_table && opened.layout.real_rows.size() == 1 && !opened.layout.own && points > 2;
+    return count == points || (single && (count + 1 == points || count == points + 1));
 }
 
 std::string write_rows(Translation& t, const Opened& opened, size_t& points) {
     const JcampLayout& layout = opened.layout;
     Buffer<float> values, zeros;
-    if (!values.allocate(points) || !zeros.allocate_zeroed(layout.imaginary_rows.empty() ? points : 0))
+    if (!values.allocate(points + 1) || !zeros.allocate_zeroed(layout.imaginary_rows.empty() ? points + 1 : 0))
         return "there is no memory for its points";
     const auto write_table = [&](const JcampTable& table, const JcampColumn& column, File& file) -> std::string {
         size_t count = 0;
         std::string wrong = read_row(opened, table, column, values.span(), count);
         if (!wrong.empty()) return wrong;
-        if (!acceptable_count(opened, count, points))
+        if (!acceptable_count(opened, count, points, &table == layout.real_rows.data()))
             return format_text("a table holds %zu of the %zu points that the header gives", count, points);
         points = count;
         return file.write(values.data(), count * sizeof(float)) ? "" : "the temporary files cannot be written";
