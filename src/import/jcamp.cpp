@@ -113,10 +113,15 @@ int64_t points_of_row(Translation& t, const Opened& opened) {
     return wrong.empty() ? static_cast<int64_t>(decoded.count) : 0;
 }
 
-uint64_t rows_of(const DataSet& data) {
-    uint64_t rows = 1;
-    for (size_t d = 1; d < 4; ++d) rows *= static_cast<uint64_t>(std::max(data.dims[d].points, 1));
-    return rows;
+// The counts are those of the rows that the tables make.
+bool counts_agree(const DataSet& data, int64_t points, uint64_t rows) {
+    uint64_t counted = 1;
+    for (size_t d = 1; d < 4; ++d) {
+        const int32_t count = data.dims[d].points;
+        if (count < 1 || counted > rows / static_cast<uint64_t>(count)) return false;
+        counted *= static_cast<uint64_t>(count);
+    }
+    return data.pts1d() == points && counted == rows;
 }
 
 // Decodes one row; `values` has room for all its points.
@@ -193,7 +198,7 @@ bool JCAMP_Parm(Translation& t) {
         return cannot_import(t, "its header promises more points than a file of its size can hold", parameter_module);
     take_parameters(layout, t.parameters);
     set_axes(layout, points, t.parameters);
-    if (t.parameters.pts1d() != points || rows_of(t.parameters) != rows)
+    if (!counts_agree(t.parameters, points, rows))
         return cannot_import(t, "the counts of its header do not agree with one another", parameter_module);
     list_blocks(t.path, opened.blocks, *opened.taken);
     return true;

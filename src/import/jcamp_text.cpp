@@ -114,7 +114,9 @@ bool read_jcamp_text(Translation& t, JcampText& text) {
     if (!t.input.read(text.bytes.data(), text.bytes.size()))
         return t.fail(format_text("Error reading file for %s.", t.path.c_str()));
     unify_line_ends(text.bytes.span());
-    text.records = split_records({text.bytes.data(), text.bytes.size()});
+    std::string_view all(text.bytes.data(), text.bytes.size());
+    if (all.starts_with("\xEF\xBB\xBF")) all.remove_prefix(3);
+    text.records = split_records(all);
     return true;
 }
 

@@ -172,7 +172,7 @@ TEST_F(JcampFile, PutsRowsInTheOrderOfTheSecondAxis) {
 TEST_F(JcampFile, TakesTheFirstNmrBlockAndListsTheOthers) {
     const std::string infrared = block({"NPOINTS= 1"}, "0 9\n", "INFRARED SPECTRUM"),
                       peaks = block({"PEAK TABLE= (XY..XY)\n1,2"}, "");
-    const std::string link = "##TITLE= all\n##JCAMP-DX= 6\n##DATA TYPE= LINK\n##BLOCKS= 3\n";
+    const std::string link = "\xEF\xBB\xBF##TITLE= all\n##JCAMP-DX= 6\n##DATA TYPE= LINK\n##BLOCKS= 3\n";
     ASSERT_EQ(import(link + infrared + peaks + block({"NPOINTS= 4"}) + "##END=\n"), 1) << platform_.said();
     EXPECT_EQ(show.cvNMRdata().size(), 4u);
     EXPECT_TRUE(
@@ -249,6 +249,12 @@ TEST_F(JcampFile, TheTextTwinKeepsTheWholeDataSet) {
     ASSERT_EQ(run("E6 text twin.dx"), 1) << platform_.said();
     ASSERT_EQ(import(test::read_file("twin.dx")), 1) << platform_.said();
     EXPECT_EQ(data(), points);
+    const std::string twin = test::read_file("twin.dx"), counts = "##$POINTS=4, 1, 1, 1";
+    for (const char* wrong : {"##$POINTS=5, 1, 1, 1", "##$POINTS=4, 1, -1, 1", "##$POINTS=4, 2147483647, 2147483647, 4"}) {
+        std::string text = twin;
+        text.replace(text.find(counts), counts.size(), wrong);
+        refused("IM " + root_.write("in/wrong.dx", text) + " -JCAMP", "the counts of its header do not agree");
+    }
     EXPECT_TRUE(show.dims == before.dims && show.group_delay == before.group_delay && show.solvent == "C6D6");
 }
 
