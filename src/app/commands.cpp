@@ -10,6 +10,7 @@
 #include "datafile/arrayed.h"
 #include "datafile/file_commands.h"
 #include "display/display_commands.h"
+#include "import/export.h"
 #include "import/import_commands.h"
 #include "processing/processing_commands.h"
 #include "state/parameters.h"
@@ -88,14 +89,14 @@ constexpr Command keywords[] = {
     planned("DataTable", "data table"),
     planned("SUMMARY", "data table"),
     planned("DX"),
-    planned("E1", "exports text: header, reals and imaginaries"),
-    planned("E2", "exports text: header"),
-    planned("E3", "exports text: reals"),
-    planned("E4", "exports text: reals and imaginaries"),
-    planned("E5", "exports text: ppm and real part"),
-    planned("E6", "exports JCAMP-DXB"),
+    {"E1", cmd_e1, needs_data, "E1 [name]", "exports text: header, reals and imaginaries"},
+    {"E2", cmd_e2, needs_data, "E2 [name]", "exports text: header"},
+    {"E3", cmd_e3, needs_data, "E3 [name]", "exports text: reals"},
+    {"E4", cmd_e4, needs_data, "E4 [name]", "exports text: reals and imaginaries"},
+    {"E5", cmd_e5, plain, "E5 [name]", "exports text: ppm and real part"},
+    {"E6", cmd_e6, needs_data, "E6 [text] [name]", "exports the whole data set as JCAMP-DXB, or as JCAMP-DX text"},
     planned("EF"), planned("EI"),
-    planned("EJ", "exports JCAMP-DX"),
+    {"EJ", cmd_ej, needs_data | redraws, "EJ [name]", "exports JCAMP-DX"},
     planned("EliminateDispersion"), planned("ED"), planned("EndDoc"), planned("Ernst"),
     {"ExpertMode", cmd_expertmode, plain, "ExpertMode <on / off>", "switches the expert mode"},
     planned("EP"), planned("expand"), planned("*2"), planned("Exchange"), planned("exc"),

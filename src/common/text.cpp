@@ -63,7 +63,7 @@ bool take_line(std::string_view& text, std::string_view& line) {
 
 std::string one_line(std::string text) {
     std::replace_if(
-        text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n' || c == '\x1A'; }, ' ');
+        text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; }, ' ');
     return text;
 }
 

@@ -25,7 +25,7 @@ std::vector<std::string_view> split_fields(std::string_view text, std::string_vi
 /// Takes the next line (LF or CR LF, without its end) off the front of `text`; false at the end.
 bool take_line(std::string_view& text, std::string_view& line);
 
-/// The text with blanks for its line ends and for control-Z, the marks that end a line or a text in a file.
+/// The text with blanks for its line ends and other control characters, so that it fits a line of a file.
 std::string one_line(std::string text);
 
 /// At most `length` bytes of the text, never cutting an UTF-8 character in two.

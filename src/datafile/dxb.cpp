@@ -55,6 +55,7 @@ struct Source {
     const DataSummary& summary;
     std::array<int32_t, 4> points;
     bool exported;
+    double factor = 1;  ///< of the points
 
     bool spectrum() const { return data.dims[0].frequency; }
     const char* origin() const { return exported ? "ZOLT FULL (RI) EXPORT" : "ZOLT NATIVE (RI)"; }
@@ -64,11 +65,13 @@ struct Source {
     }
 };
 
-// A line of the header. `write` gives what stands behind the label; `read` takes the text behind the equals sign.
+// A line of the header. `write` gives what stands behind the label; `read` takes the text behind the equals sign. Binary
+// lines have no place in front of points that stand as text.
 struct Row {
     const char* label;
     std::string (*write)(const Source& from);
     void (*read)(std::string_view value, DataRecord& to) = nullptr;
+    bool binary = false;
 };
 
 template <std::string DataRecord::*text>
@@ -239,7 +242,7 @@ using V = std::string_view;
 
 const Row rows[] = {
     {"##TITLE", write_text<&DataRecord::title>, read_text<&DataRecord::title>},
-    {"##JCAMP-DXB  $$JCAMPDX Header and Binary Data", write_nothing},
+    {"##JCAMP-DXB  $$JCAMPDX Header and Binary Data", write_nothing, nullptr, true},
     {"##JCAMP-DX", [](S) { return std::string("= 5.0  $$Exported ZOLT Data File"); }},
     {"##DATA TYPE", [](S f) { return std::string("= ") + f.data_type(); }},
     {"##DATA Class", [](S) { return std::string("= NTUPLES"); }},
@@ -346,11 +349,11 @@ const Row table_rows[] = {
     {"##LAST", [](S f) { return table_values("= %-10.4f", last_x(f), f.summary.last); }},
     {"##MIN", [](S f) { return table_values("= %-10.3f", std::min(first_x(f), last_x(f)), f.summary.smallest); }},
     {"##MAX", [](S f) { return table_values("= %-10.3f", std::max(first_x(f), last_x(f)), f.summary.largest); }},
-    {"##FACTOR", [](S) { return std::string("= 1.0,  1.000000,  1.000000"); }},
-    {"##YDATA=(Y..Y)", write_nothing},
-    {"$$  Binary Data follows Control Z", write_nothing},
-    {"$$  Binary( Total # Points) = Total # Bytes, Intel Little Endian floats", write_nothing},
-    {"$$  Complex Pairs packed RIRIRIRI...", write_nothing},
+    {"##FACTOR", [](S f) { return format_text("= 1.0,  %f,  %f", f.factor, f.factor); }},
+    {"##YDATA=(Y..Y)", write_nothing, nullptr, true},
+    {"$$  Binary Data follows Control Z", write_nothing, nullptr, true},
+    {"$$  Binary( Total # Points) = Total # Bytes, Intel Little Endian floats", write_nothing, nullptr, true},
+    {"$$  Complex Pairs packed RIRIRIRI...", write_nothing, nullptr, true},
 };
 
 // What the ##BINARY line says: n points in m bytes of this form.
@@ -369,8 +372,7 @@ void take_line(std::string_view line, DataRecord& data) {
     const size_t equals = line.find('=');
     if (equals == std::string_view::npos) return;
     const std::string_view label = trimmed(line.substr(0, equals));
-    for (const Row& row : rows)
-        if (row.read != nullptr && same_word(label, row.label)) return row.read(line.substr(equals + 1), data);
+    if (label.starts_with("##")) read_dxb_label(label.substr(2), line.substr(equals + 1), data);
 }
 
 std::string check_counts(const Binary& binary, uint64_t file_bytes, NativeLayout& layout, DataRecord& data) {
@@ -404,6 +406,21 @@ std::string encode_dxb_header(const DataRecord& data, const DataSummary& summary
     for (const Row& row : table_rows) text += row.label + row.write(from) + "\r\n";
     text += format_text("##BINARY(%lld)=%lld,IEEE32L\r\n", static_cast<long long>(all), static_cast<long long>(8 * all));
     return text + control_z;
+}
+
+std::string encode_jcamp_header(const DataRecord& data, const DataSummary& summary, double factor) {
+    Source from{data, summary, {}, true, factor};
+    for (size_t d = 0; d < 4; ++d) from.points[d] = data.dims[d].points;
+    std::string text;
+    for (const std::span<const Row> part : {std::span<const Row>(rows), std::span<const Row>(table_rows)})
+        for (const Row& row : part)
+            if (!row.binary) text += row.label + row.write(from) + "\r\n";
+    return text;
+}
+
+void read_dxb_label(std::string_view label, std::string_view value, DataRecord& data) {
+    for (const Row& row : rows)
+        if (row.read != nullptr && same_word(label, std::string_view(row.label).substr(2))) return row.read(value, data);
 }
 
 bool is_dxb_start(std::string_view start) {

@@ -23,6 +23,13 @@ struct DataSummary {
 /// export instead of a native save.
 std::string encode_dxb_header(const DataRecord& data, const DataSummary& summary, bool one_slice, bool exported);
 
+/// The header of the same data set as JCAMP-DX text, up to its first page: no control-Z, no points. Points are written as
+/// multiples of `factor`.
+std::string encode_jcamp_header(const DataRecord& data, const DataSummary& summary, double factor);
+
+/// Takes one label (without its "##") of such a header into the data set; unknown ones are passed over.
+void read_dxb_label(std::string_view label, std::string_view value, DataRecord& data);
+
 /// True when a file that begins so is of this form.
 bool is_dxb_start(std::string_view start);
 

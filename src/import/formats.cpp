@@ -1,7 +1,9 @@
 // The one table of foreign formats. A new translator is three functions and their names in its row here.
 #include "common/text.h"
+#include "import/ascii.h"
 #include "import/bruker.h"
 #include "import/format.h"
+#include "import/jcamp.h"
 #include "import/jeol.h"
 #include "import/native.h"
 #include "import/varian.h"
@@ -26,7 +28,7 @@ constexpr Format table[] = {
     {10, "OMEGA_TWO_FILE", "GE Omega 2-file export", nullptr, 1},
     {11, "BRUKERASPECT", "Bruker Aspect", nullptr, -1},
     {12, "FELIXNEW", "unknown", nullptr, 1},
-    {13, "ASC", "ASCII", "of ASC Data Pairs type.", 1},
+    {13, "ASC", "ASCII", "of ASC Data Pairs type.", 1, nullptr, ASC_Parm, ASC_Data},
     {14, "CDFFDOS", "CDFF DOS", nullptr, 0, nullptr, CDFF_Parm, CDFF_Data},
     {15, "CDFFUNIX", "CDFF Unix", nullptr, 0, nullptr, CDFF_Parm, CDFF_Data},
     {16, "JEOL", "JEOL", nullptr, 1},
@@ -83,7 +85,7 @@ constexpr Format table[] = {
     {66, "JEOL_ALS", "JEOL ALS", nullptr, 1},
     {67, "JEOL_ALPHA", "JEOL Alpha", nullptr, 1},
     {68, "JEOL_DELTA", "JEOL Delta", nullptr, 1, JEOL_DELTA_Test, JEOL_DELTA_Parm, JEOL_DELTA_Data},
-    {69, "JCAMP", "JCAMP", nullptr, 1},
+    {69, "JCAMP", "JCAMP", nullptr, 0, JCAMP_file_test, JCAMP_Parm, JCAMP_Data},
     // Both directory formats carry the older software's name; only the phrase tells them apart.
     {70, "XWINNMR", "Bruker XWinNMR", "of Xwin NMR type.", -1, nullptr, XWIN_Parm, BRUUData},
     {71, "TOPSPIN", "Bruker XWinNMR", "of TopSpin NMR type.", -1, nullptr, XWIN_Parm, BRUUData},
