@@ -12,6 +12,7 @@
 #include "common/text.h"
 #include "config/paths.h"
 #include "datafile/native_file.h"
+#include "import/locate.h"
 #include "import/tranauto.h"
 #include "platform/platform.h"
 #include "state/dataset.h"
@@ -53,62 +54,6 @@ ImportRequest read_request(Arguments& args) {
 
 bool agreed(const char* caption, const char* text) {
     return playing_back() || platform().question(caption, text, Buttons::yes_no) == Answer::yes;
-}
-
-// ------------------------------------------------------------------------------------------------- the data of a folder
-
-// The raw data file that stands for an experiment folder; "" when the folder is none.
-std::string raw_data_of(const std::string& folder) {
-    for (const char* name : {"fid", "ser"}) {
-        const std::string found = find_companion(folder, name);
-        if (!found.empty()) return found;
-    }
-    return {};
-}
-
-bool all_digits(const std::string& text) {
-    return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
-}
-
-// Numbered experiments of a sample's folder, as sorted names.
-std::vector<std::string> experiments_of(const std::string& folder) {
-    std::vector<std::string> names;
-    std::error_code error;
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
-        const std::string name = entry->path().filename().string();
-        if (all_digits(name) && !raw_data_of(entry->path().string()).empty()) names.push_back(name);
-    }
-    std::sort(names.begin(), names.end(),
-              [](const std::string& a, const std::string& b) { return a.size() != b.size() ? a.size() < b.size() : a < b; });
-    return names;
-}
-
-// The data file that a path means: itself, or the one data file of an experiment's or a sample's folder. "" with the
-// reason.
-std::string data_file_of(const std::string& path, std::string& reason) {
-    const FileFacts facts = file_facts(path);
-    if (facts.regular && facts.size > 0) return path;
-    if (facts.regular) {
-        reason = format_text("File %s is empty.", path.c_str());
-    } else if (!facts.folder) {
-        reason = format_text("%s is no ordinary file: there are no data to read.", path.c_str());
-    }
-    if (!reason.empty()) return {};
-
-    const std::string own = raw_data_of(path);
-    if (!own.empty()) return data_file_of(own, reason);
-    const auto names = experiments_of(path);
-    if (names.size() == 1) return data_file_of(raw_data_of(path + "/" + names[0]), reason);
-    if (names.empty()) {
-        reason = format_text("Folder %s holds no data file (fid or ser) and no numbered experiment that does.", path.c_str());
-        return {};
-    }
-    constexpr size_t most_named = 10;
-    std::string list;
-    for (size_t i = 0; i < std::min(names.size(), most_named); ++i) list += (i > 0 ? ", " : "") + names[i];
-    reason = format_text("Folder %s holds several experiments (%s%s). Name one of them.", path.c_str(), list.c_str(),
-                         names.size() > most_named ? ", ..." : "");
-    return {};
 }
 
 // ------------------------------------------------------------------------------------------------------ the output's name
