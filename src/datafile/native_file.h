@@ -36,6 +36,9 @@ NativeForm configured_form();
 /// points, which are summarised beforehand; `layout` tells where the slices will stand.
 bool write_native_header(File& file, NativeForm form, const DataRecord& data, const DataSummary& summary, NativeLayout& layout);
 bool write_native_slice(File& file, NativeForm form, std::span<const Complex> slice);
+/// The same in portions, for writers that do not hold a whole slice: what stands in front of it, then its points.
+bool begin_native_slice(File& file, NativeForm form, size_t points);
+bool write_native_points(File& file, NativeForm form, std::span<const Complex> points);
 bool write_native_tailer(File& file, NativeForm form, const DataRecord& data);
 
 /// All of it from memory: header, every vector of the store, tailer. `layout` tells where the slices stand.
@@ -49,7 +52,8 @@ void read_native_tailer(File& file, uint64_t size, const NativeLayout& layout, D
 
 extern const char* const wrong_marker_text;
 
-/// Reads slice `index` (from 0) into `points`, which has the layout's size.
+/// Reads slice `index` (from 0) into `points`, which has the layout's size; or, but for type 1, the size of several
+/// slices, which follow one another.
 bool read_native_slice(File& file, const NativeLayout& layout, uint64_t index, std::span<Complex> points);
 
 /// True, after its message, when the configuration forbids to write over this existing file.

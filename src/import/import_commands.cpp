@@ -98,17 +98,12 @@ void commit(DataSet&& fresh) {
     show = std::move(fresh);
 }
 
-// What the translator read and the native file's type has no place for, or cuts.
-void keep_beside_file(const DataSet& parameters, DataSet& fresh) {
-    static constexpr std::string DataSet::*texts[] = {
-        &DataSet::user,    &DataSet::date,  &DataSet::comment, &DataSet::experiment,   &DataSet::owner,
-        &DataSet::solvent, &DataSet::title, &DataSet::source,  &DataSet::process_type, &DataSet::path};
-    for (const auto text : texts) fresh.*text = parameters.*text;
-    static constexpr double DataSet::*values[] = {&DataSet::d1, &DataSet::p1, &DataSet::o1, &DataSet::o2};
-    for (const auto value : values) fresh.*value = parameters.*value;
-    fresh.scans = parameters.scans;
-    fresh.phase = parameters.phase;
-    for (size_t d = 0; d < fresh.dims.size(); ++d) fresh.dims[d].nucleus = parameters.dims[d].nucleus;
+// The record of the translator with the vectors of its output: what the native file's type has no place for, or cuts,
+// stays with the data set.
+void keep_beside_file(const DataRecord& parameters, DataSet& fresh) {
+    const std::string file = fresh.file_a;
+    static_cast<DataRecord&>(fresh) = parameters;
+    fresh.file_a = file;
 }
 
 void set_default_phases(DataSet& data) {

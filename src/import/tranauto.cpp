@@ -1,6 +1,7 @@
 // One translation: what the output may replace, the translator's stages through the temporary files, the native file.
 #include "import/tranauto.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 
@@ -34,6 +35,9 @@ bool output_allowed(const std::string& input, const std::string& output, std::st
                                    Buttons::yes_no) != Answer::yes) {
         message = format_text("File %s was kept.\nAnswer Yes to replace it, or name another one: IM file SPECIAL_NAME name",
                               output.c_str());
+    } else if (ReplacedFile probe; !probe.open(output)) {
+        // Before the translation, which may take its time.
+        message = format_text("Unable to open output file\n%s\nfor writing!", output.c_str());
     }
     return message.empty();
 }
@@ -44,29 +48,35 @@ void set_senses(const Format& format, bool swapped, DataSet& parameters) {
         Dimension& dimension = parameters.dims[d];
         dimension.sense = !dimension.frequency && (d == 0 || dimension.points > 1) ? format.sense : 1;
     }
-    if (!swapped) return;
+    if (!swapped || parameters.dims[0].frequency) return;
     // i(x*) for x: the other sense of rotation, a quarter turn away.
     parameters.dims[0].sense = -parameters.dims[0].sense;
     parameters.phase[0] += 90;
 }
 
+constexpr const char* not_written = "The output file cannot be written.\nDisk Full ???";
+
 bool write_output(TemporaryFiles& temporary, const DataSet& parameters, bool swap, const std::string& path, std::string& message) {
     ReplacedFile output;
     if (!output.open(path)) {
-        message = format_text("Unable to open output file\n%s\nfor writing!", path.c_str());
+        message = format_text("Error opening file %s for writung", path.c_str());
         return false;
     }
+    File &real = temporary.file(1), &imaginary = temporary.file(2);
+    const NativeForm form = configured_form();
     DataSummary summary;
+    if (form.type == 3 && !summarize_parts(real, imaginary, parameters, swap, summary, message)) return false;
     NativeLayout layout;
-    if (!summarize_parts(temporary.file(1), temporary.file(2), parameters, swap, summary) ||
-        !write_native_header(output, configured_form(), parameters, summary, layout)) {
-        message = "The output file cannot be written.\nDisk Full ???";
-        return false;
-    }
-    if (!merge_parts(temporary.file(1), temporary.file(2), parameters, swap, output, message)) return false;
-    if (write_native_tailer(output, configured_form(), parameters) && output.commit()) return true;
-    message = "The output file cannot be written.\nDisk Full ???";
-    return false;
+    message = not_written;
+    if (!write_native_header(output, form, parameters, summary, layout)) return false;
+    if (!merge_parts(real, imaginary, parameters, swap, output, message)) return false;
+    if (!write_native_tailer(output, form, parameters) || !output.commit()) return false;
+    message.clear();
+    return true;
+}
+
+bool has_points(const DataSet& parameters) {
+    return std::all_of(parameters.dims.begin(), parameters.dims.end(), [](const Dimension& d) { return d.points > 0; });
 }
 
 bool run_translator(const Format& format, const std::string& input, const std::string& output, const ImportOptions& options,
@@ -85,8 +95,8 @@ bool run_translator(const Format& format, const std::string& input, const std::s
     parameters.source = format.name;
     parameters.path = folder_of(input);
     Translation t{format, input, file, file_facts(input).size, parameters, temporary.file(1), temporary.file(2)};
-    if (!format.parameters(t) || !format.data(t)) {
-        message = t.message;
+    if (!format.parameters(t) || !has_points(parameters) || !format.data(t)) {
+        message = !t.message.empty() ? t.message : format_text("Error in translating %s Data", format.name);
         return false;
     }
     set_senses(format, options.swap_parts, parameters);

@@ -201,8 +201,7 @@ const Sample samples[] = {
     {0, "a", padded("\0\x4B\x20"s, 600)},
     {0, "a.spc", "\x20\x4F"},
     {0, "a.dat", noise(5000)},
-    {0, "a", "\0"s},
-};
+    {0, "a", "\0"s}};
 
 std::string put(const TemporaryFolder& folder, const Sample& sample) {
     for (const auto& [name, content] : sample.beside) folder.write(name, content);
@@ -261,6 +260,45 @@ TEST(Detection, StopsAtNativeFilesAndUnreadableOnes) {
     }
     const std::string path = folder.write("what.dat", noise(9));
     EXPECT_EQ(detect_format(path).message, "Unknown data source for " + path + "\n Don't know what to do with it!!!\n");
+}
+
+// Whatever is cut off or flipped, a detection ends; the sanitizers watch it.
+TEST(Detection, SurvivesTruncatedAndBrokenFiles) {
+    const TemporaryFolder folder;
+    for (const Sample& sample : samples) {
+        std::string bytes = sample.content;
+        for (const size_t length : {size_t{0}, size_t{1}, size_t{2}, size_t{3}, size_t{7}, bytes.size() / 2, bytes.size() - 1}) {
+            const Detection found =
+                detect_format(folder.write(sample.file, bytes.substr(0, std::min(length, bytes.size()))), false);
+            EXPECT_TRUE(found.format != nullptr || !found.message.empty()) << sample.file << " " << length;
+        }
+        for (size_t i = 0; i < std::min<size_t>(bytes.size(), 6); ++i) bytes[i] = static_cast<char>(bytes[i] ^ 0x80);
+        const Detection found = detect_format(folder.write(sample.file, bytes), false);
+        EXPECT_TRUE(found.format != nullptr || !found.message.empty()) << sample.file;
+    }
+}
+
+TEST(Detection, FoldersStandForTheirData) {
+    const TemporaryFolder folder;
+    for (const char* file :
+         {"raw/10/fid", "raw/10/pdata/1/1r", "done/3/pdata/1/2rr", "v.fid/FID", "many/1/ser", "many/2/fid", "none/x/fid"})
+        folder.write(file, "x");
+    folder.write("void/fid", "");
+    const std::pair<std::string, std::string> rows[] = {{"raw/10", "raw/10/fid"},
+                                                        {"raw", "raw/10/fid"},
+                                                        {"raw/10/pdata", "raw/10/pdata/1/1r"},
+                                                        {"raw/10/pdata/1", "raw/10/pdata/1/1r"},
+                                                        {"done", "done/3/pdata/1/2rr"},
+                                                        {"v.fid", "v.fid/FID"},
+                                                        {"many", " holds several experiments (1, 2). Name one of them."},
+                                                        {"none", " holds no data file"},
+                                                        {"void", "/fid is empty."}};
+    for (const auto& [named, wanted] : rows) {
+        std::string reason;
+        const std::string found = data_file_of(folder.path(named), reason);
+        EXPECT_TRUE(found.empty() ? reason.find(wanted) != std::string::npos : found == folder.path(wanted))
+            << named << found << reason;
+    }
 }
 
 }  // namespace
