@@ -88,6 +88,8 @@ bool print_format(const std::string& typed) {
 }
 
 bool print_formats(const Options& options) {
+    HeadlessPlatform front_end;
+    set_platform(&front_end);
     set_json_output(options.json);
     bool all = true;
     for (const std::string& file : options.detect) all = print_format(file) && all;

@@ -201,9 +201,9 @@ bool tells_of_data(const std::string& label, std::string_view value) {
 
 bool JCAMP_file_test(Candidate& file) {
     bool standard = false, data = false;
-    std::string_view rest = file.head;
-    for (std::string_view line; take_line(rest, line) && !(standard && data);) {
-        line = trimmed(line);
+    // Old Macintosh programs end lines with a carriage return alone.
+    for (const std::string_view field : split_fields(file.head, "\r\n")) {
+        const std::string_view line = trimmed(field);
         if (!line.starts_with("##")) continue;
         const size_t equals = std::min(line.find('='), line.size());
         const std::string label = plain_label(line.substr(2, equals - 2));
@@ -227,8 +227,8 @@ bool is_spectral_header(const Candidate& file) {
     const bool old = byte(1) == old_version;
     if (!old && file.head.size() < 512) return false;
     const char* count = file.head.data() + 4;
-    const double points = old ? static_cast<double>(load_word<float>(count, order))
-                              : static_cast<double>(load_word<int32_t>(count, order));
+    const double points =
+        old ? static_cast<double>(load_word<float>(count, order)) : static_cast<double>(load_word<int32_t>(count, order));
     if ((byte(0) & own_x_values) != 0) return points >= 0;
     const double smallest = (old ? 256.0 : 512.0) + points * ((byte(0) & sixteen_bits) != 0 ? 2 : 4);
     return points >= 1 && std::floor(points) == points && smallest <= static_cast<double>(file.bytes);

@@ -116,7 +116,7 @@ const Sample samples[] = {
     {0, "a.mat", felix(ByteOrder::big).substr(0, 4 * 4096 + 4 * 31)},
     {18, "a.txt", "ATI,1,2\r\n"},
     {0, "a.txt", "Atiya,1\r\n"},
-    {69, "a", "\n ##title=x\n$$ ##X\n##JCAMPDX=\t6.0\n##DATATYPE=\tNMRSPECTRUM\n"},
+    {69, "a", "\n##title=x\r$$ ##X\r##JCAMPDX=\t6.0\r##DATACLASS=\tNTUPLES\r"},
     {69, "a", "##TITLE=x\n##JCAMP-DX= 5\n##DATA TYPE= LINK\n##BLOCKS= 2\n"},
     {0, "acqus", "##TITLE= Parameter file\n##JCAMPDX= 5.0\n##DATATYPE= Parameter Values\n##$TD= 16\n##END=\n"},
     {0, "a", "$$ ##JCAMP-DX= 5\n##DATA CLASS= XYDATA\n"},

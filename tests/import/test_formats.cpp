@@ -118,6 +118,11 @@ TEST_F(ImportTest, OutputsThatCannotBeWrittenAreRefused) {
     refused(to + path, "Input and Output file names are identical.\nNot allowed!");
     for (const std::string& target : {root_.path("folder"), root_.path("none/x")})
         refused(to + target, "Unable to open output file\n" + target + "\nfor writing!");
+    const std::string marked = root_.write("marked", "x");
+    std::filesystem::permissions(marked, std::filesystem::perms::owner_read);
+    refused(to + marked, "File: " + marked +
+                             "\nexists AND is READ ONLY.\nZOLT does not have authority to change the file's permissions\n"
+                             "The file needs to be deleted from the operating system before the import can work.");
     root_.write("there", "x");
     refused(to + root_.path("there"), "Target file name already exists: " + root_.path("there") + "\nOverwrite?");
 }
