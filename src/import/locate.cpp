@@ -72,9 +72,9 @@ std::string data_file_of(const std::string& path, std::string& reason) {
     if (!own.empty()) return usable_file(own, reason);
     const auto names = experiments_of(path);
     if (names.size() == 1) return usable_file(data_of_experiment(path + "/" + names[0]), reason);
-    reason = names.empty()
-                 ? format_text("Folder %s holds no data file (fid or ser) and no numbered experiment that does.", path.c_str())
-                 : several_experiments(path, names);
+    reason = names.empty() ? format_text("Folder %s holds no data file (such as fid or ser) and no numbered experiment that does.",
+                                         path.c_str())
+                           : several_experiments(path, names);
     return {};
 }
 
