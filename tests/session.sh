@@ -84,6 +84,19 @@ events_are_one_object_a_line() {
     [[ $(grep -c '"event":"state"' out) -eq 1 ]] || fail "not one state"
 }
 
+formats_are_told() {
+    printf '##TITLE=x\n##JCAMP-DX= 5\n##DATA TYPE= LINK\n' > $'a\tb.dx'
+    run 0 --detect "$sample" "$sample/fid" $'a\tb.dx' # an experiment is its raw data
+    printf '%s\t71\tTOPSPIN\tBruker XWinNMR\t1 Bruker directory\n' "$sample" "$sample/fid" > wanted
+    printf 'a b.dx\t69\tJCAMP\tJCAMP\t10 content\n' >> wanted
+    same out wanted
+    run 1 --json --detect none -c "$sample/fid"
+    has '^\{"event":"detection","file":"none","number":0,"key":"","name":"Could not find file - /.*/none","step":""\}$'
+    has '"file":"-c"'
+    [[ $(wc -l < out) -eq 3 ]] || fail "not one line a file"
+    run 2 --detect
+}
+
 missing_files_are_refused() {
     run 1 -c "IM $work/nowhere/fid"
     has 'nowhere/fid'
@@ -188,6 +201,7 @@ example_gives_its_files
 exit_status_tells_what_happened
 first_failure_ends_the_run
 events_are_one_object_a_line
+formats_are_told
 missing_files_are_refused
 questions_are_answered
 keys_and_standard_input_type_lines

@@ -199,18 +199,26 @@ bool write_native_header(File& file, NativeForm form, const DataRecord& data, co
     return file.write(header.data(), header.size());
 }
 
-bool write_native_slice(File& file, NativeForm form, std::span<const Complex> slice) {
-    if (form.type == 1) {
-        std::array<unsigned char, 4> prefix{};
-        store_word(prefix.data(), static_cast<uint32_t>(2 * slice.size()), form.order);
-        if (!file.write(prefix.data(), prefix.size())) return false;
+bool begin_native_slice(File& file, NativeForm form, size_t points) {
+    std::array<unsigned char, 4> count{};
+    store_word(count.data(), static_cast<uint32_t>(2 * points), form.order);
+    return form.type != 1 || file.write(count.data(), count.size());
+}
+
+bool write_native_points(File& file, NativeForm form, std::span<const Complex> points) {
+    if (form.order == machine_order) return file.write(points.data(), points.size_bytes());
+    std::array<Complex, 4096> swapped;
+    for (; !points.empty(); points = points.subspan(std::min(points.size(), swapped.size()))) {
+        const auto part = points.first(std::min(points.size(), swapped.size()));
+        std::copy(part.begin(), part.end(), swapped.begin());
+        to_machine_order(swapped.data(), 2 * part.size(), form.order);
+        if (!file.write(swapped.data(), part.size_bytes())) return false;
     }
-    if (form.order == machine_order) return file.write(slice.data(), slice.size_bytes());
-    Buffer<Complex> swapped;
-    if (!swapped.allocate(slice.size())) return false;
-    std::copy(slice.begin(), slice.end(), swapped.data());
-    to_machine_order(swapped.data(), 2 * swapped.size(), form.order);
-    return file.write(swapped.data(), slice.size_bytes());
+    return true;
+}
+
+bool write_native_slice(File& file, NativeForm form, std::span<const Complex> slice) {
+    return begin_native_slice(file, form, slice.size()) && write_native_points(file, form, slice);
 }
 
 bool write_native_end(File& file, NativeForm form, const DataRecord& data, std::string_view replaced) {

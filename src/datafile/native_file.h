@@ -45,6 +45,9 @@ bool write_native_slice(File& file, NativeForm form, std::span<const Complex> sl
 /// What stands behind the data: the slices of the data buffers and, for types 1 and 2, the tailer; with the text of one
 /// that it replaces, sections which the program does not know are kept.
 bool write_native_end(File& file, NativeForm form, const DataRecord& data, std::string_view replaced = {});
+/// The same in portions, for writers that do not hold a whole slice: what stands in front of it, then its points.
+bool begin_native_slice(File& file, NativeForm form, size_t points);
+bool write_native_points(File& file, NativeForm form, std::span<const Complex> points);
 
 /// All of it from memory: header, every vector of the store, tailer. `layout` tells where the slices stand.
 bool write_native_file(File& file, const DataSet& data, NativeLayout& layout);
@@ -59,7 +62,8 @@ void read_native_buffers(File& file, uint64_t size, const NativeLayout& layout, 
 
 extern const char* const wrong_marker_text;
 
-/// Reads slice `index` (from 0) into `points`, from point `first` of it on.
+/// Reads slice `index` (from 0) into `points`, from point `first` of it on; or, but for type 1, several slices, which
+/// follow one another.
 bool read_native_slice(File& file, const NativeLayout& layout, uint64_t index, std::span<Complex> points, size_t first = 0);
 
 /// True, after its message, when the configuration forbids to write over this existing file.

@@ -112,6 +112,21 @@ void print_line(std::string_view text, int result, LineSource source) {
         put("Not a Valid Command: " + std::string(text));
 }
 
+void print_detection(const std::string& file, int number, std::string_view key, std::string_view name, std::string_view step) {
+    if (json)
+        return put_event({{"event", "detection"},
+                          {"file", file},
+                          {"number", number},
+                          {"key", text_field(key)},
+                          {"name", text_field(name)},
+                          {"step", text_field(step)}});
+    std::string line = file;
+    const std::string number_text = format_text("%d", number);
+    for (const std::string_view field : {std::string_view(number_text), key, name, step})
+        line += "\t" + std::string(field.empty() ? "-" : field);
+    put(line);
+}
+
 void print_state() {
     const Json state = state_record();
     put(json ? state.dump(-1, ' ', false, Json::error_handler_t::replace)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "platform/platform.h"
@@ -23,5 +24,7 @@ void print_clipboard(std::string_view text);
 void print_close();
 void print_line(std::string_view text, int result, LineSource source);
 void print_state();
+/// A recognised file; number 0, key "" and the reason as name for another one. One line, tabs between its five fields.
+void print_detection(const std::string& file, int number, std::string_view key, std::string_view name, std::string_view step);
 
 }  // namespace zolt

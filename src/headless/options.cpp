@@ -7,10 +7,13 @@ namespace zolt {
 
 namespace {
 
-// One row an option: its names, whether a value follows, and what it does with it.
+// How many values follow an option.
+enum class Takes { nothing, value, all };
+
+// One row an option: its names, what follows it, and what it does with each value.
 struct Option {
     std::string_view brief, name;
-    bool takes_value;
+    Takes takes;
     void (*apply)(Options& options, std::string value);
 };
 
@@ -20,21 +23,22 @@ void add(Options& options, std::string value) {
 }
 
 const Option table[] = {
-    {"-c", "--command", true, add<Action::Kind::command>},
-    {"-k", "--keys", true, add<Action::Kind::keys>},
-    {"-m", "--macro", true, add<Action::Kind::macro>},
-    {"-s", "--stdin", false, add<Action::Kind::lines_of_stdin>},
-    {"", "--answer", true, add<Action::Kind::answer>},
-    {"", "--yes", false, add<Action::Kind::default_yes>},
-    {"", "--no", false, add<Action::Kind::default_no>},
-    {"", "--state", false, add<Action::Kind::state>},
-    {"", "--data", true, add<Action::Kind::data>},
-    {"", "--json", false, [](Options& o, std::string) { o.json = true; }},
-    {"", "--keep-going", false, [](Options& o, std::string) { o.keep_going = true; }},
-    {"", "--root", true, [](Options& o, std::string value) { o.root = std::move(value); }},
-    {"", "--ini", true, [](Options& o, std::string value) { o.ini = std::move(value); }},
-    {"", "--version", false, [](Options& o, std::string) { o.version = true; }},
-    {"-h", "--help", false, [](Options& o, std::string) { o.help = true; }},
+    {"-c", "--command", Takes::value, add<Action::Kind::command>},
+    {"-k", "--keys", Takes::value, add<Action::Kind::keys>},
+    {"-m", "--macro", Takes::value, add<Action::Kind::macro>},
+    {"-s", "--stdin", Takes::nothing, add<Action::Kind::lines_of_stdin>},
+    {"", "--answer", Takes::value, add<Action::Kind::answer>},
+    {"", "--yes", Takes::nothing, add<Action::Kind::default_yes>},
+    {"", "--no", Takes::nothing, add<Action::Kind::default_no>},
+    {"", "--state", Takes::nothing, add<Action::Kind::state>},
+    {"", "--data", Takes::value, add<Action::Kind::data>},
+    {"", "--json", Takes::nothing, [](Options& o, std::string) { o.json = true; }},
+    {"", "--keep-going", Takes::nothing, [](Options& o, std::string) { o.keep_going = true; }},
+    {"", "--root", Takes::value, [](Options& o, std::string value) { o.root = std::move(value); }},
+    {"", "--ini", Takes::value, [](Options& o, std::string value) { o.ini = std::move(value); }},
+    {"", "--detect", Takes::all, [](Options& o, std::string value) { o.detect.push_back(std::move(value)); }},
+    {"", "--version", Takes::nothing, [](Options& o, std::string) { o.version = true; }},
+    {"-h", "--help", Takes::nothing, [](Options& o, std::string) { o.help = true; }},
 };
 
 }  // namespace
@@ -49,11 +53,13 @@ bool read_options(int count, char** arguments, Options& options, std::string& er
             error = "zolt-cli: unknown option " + std::string(word) + " (zolt-cli --help lists them)";
             return false;
         }
-        if (option->takes_value && i + 1 >= count) {
+        if (option->takes != Takes::nothing && i + 1 >= count) {
             error = "zolt-cli: option " + std::string(word) + " needs a value";
             return false;
         }
-        option->apply(options, option->takes_value ? arguments[++i] : "");
+        if (option->takes == Takes::nothing) option->apply(options, "");
+        if (option->takes == Takes::value) option->apply(options, arguments[++i]);
+        while (option->takes == Takes::all && i + 1 < count) option->apply(options, arguments[++i]);
     }
     return true;
 }
@@ -77,10 +83,12 @@ Options act in the order given; --root, --ini, --json and --keep-going are taken
   --keep-going        goes on after a line that failed
   --ini FILE          reads FILE instead of ZOLT.INI
   --root DIR          uses DIR as the root folder
+  --detect FILE...    tells the format of each file and ends: file, format number, key, name and the step that decided,
+                      with tabs between them; - where there is none
   --version, --help
 
 Without anything to do, at a terminal, it prompts for command lines.
-Exit status: 0 all lines worked, 1 one did not, 2 a wrong option.
+Exit status: 0 all lines worked (all files were recognised), 1 one did not (was not), 2 a wrong option.
 The command Help lists the commands: zolt-cli -c Help
 )";
 }

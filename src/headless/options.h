@@ -16,6 +16,7 @@ struct Options {
     std::string root, ini;
     bool json = false, keep_going = false, version = false, help = false;
     std::vector<Action> actions;
+    std::vector<std::string> detect;  ///< files whose format is to be told, instead of any action
 };
 
 /// Reads the arguments; false, with the sentence for standard error, for a wrong one.

@@ -8,23 +8,42 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
+#include "common/bytes.h"
 #include "common/file.h"
+#include "common/text.h"
 #include "state/dataset.h"
 
 namespace zolt {
 
-/// A file whose format is looked for. Names compare without regard to case.
+/// A file whose format is looked for. Names, extensions and companions compare without regard to case.
 struct Candidate {
     explicit Candidate(const std::string& absolute_path);
 
     std::string path, folder, name;
-    std::string extension;  ///< without its dot
-    File input;             ///< open from the tests of content on
+    std::string stem, extension;  ///< of the name; the extension without its dot, "" for none
+    File input;                   ///< open from the tests of content on
+    std::string head;             ///< the first kilobytes, from then on
+    uint64_t bytes = 0;           ///< length of the file, from then on
+    bool may_ask = true;          ///< false: a question counts as answered No
 
-    bool named(std::string_view word) const;
-    /// A file of this name stands in the same folder.
-    bool beside(std::string_view companion) const;
+    /// Opens the file and fills head and bytes; false when it cannot be read.
+    bool open();
+    bool named(std::string_view word) const { return same_word(name, word); }
+    bool has_extension(std::string_view word) const { return same_word(extension, word); }
+    /// Path of the file of this name in the same folder, "" without one.
+    std::string companion(std::string_view file_name) const;
+    bool beside(std::string_view file_name) const { return !companion(file_name).empty(); }
+    /// Path of the other file of the same folder and stem that has this extension, "" without one.
+    std::string twin(std::string_view other_extension) const;
+    /// The first kilobytes of that file.
+    std::string head_of_twin(std::string_view other_extension) const;
+    /// 32-bit word `index` of the head; 0 where the file is shorter.
+    uint32_t word(size_t index, ByteOrder order = ByteOrder::little) const;
+
+private:
+    mutable std::optional<std::vector<std::string>> names_;  ///< of the folder, listed once when first needed
 };
 
 struct ImportOptions {

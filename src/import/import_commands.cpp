@@ -12,6 +12,7 @@
 #include "common/text.h"
 #include "config/paths.h"
 #include "datafile/native_file.h"
+#include "import/locate.h"
 #include "import/tranauto.h"
 #include "platform/platform.h"
 #include "state/dataset.h"
@@ -53,66 +54,6 @@ ImportRequest read_request(Arguments& args) {
 
 bool agreed(const char* caption, const char* text) {
     return playing_back() || platform().question(caption, text, Buttons::yes_no) == Answer::yes;
-}
-
-// ------------------------------------------------------------------------------------------------- the data of a folder
-
-// The data file that stands for a folder: raw data of an experiment, else processed data of most dimensions; "" without.
-std::string own_data_of(const std::string& folder) {
-    static constexpr const char* raw[] = {"fid", "ser"};
-    static constexpr const char* processed[] = {"3rrr", "2rr", "1r"};
-    for (const char* name : raw)
-        if (const std::string found = find_companion(folder, name); !found.empty()) return found;
-    for (const std::string& place : {folder, folder + "/pdata/1"})
-        for (const char* name : processed)
-            if (const std::string found = find_companion(place, name); !found.empty()) return found;
-    return {};
-}
-
-bool all_digits(const std::string& text) {
-    return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
-}
-
-// Numbered experiments of a sample's folder, as sorted names.
-std::vector<std::string> experiments_of(const std::string& folder) {
-    std::vector<std::string> names;
-    std::error_code error;
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
-        const std::string name = entry->path().filename().string();
-        if (all_digits(name) && !own_data_of(entry->path().string()).empty()) names.push_back(name);
-    }
-    std::sort(names.begin(), names.end(),
-              [](const std::string& a, const std::string& b) { return a.size() != b.size() ? a.size() < b.size() : a < b; });
-    return names;
-}
-
-// The data file that a path means: itself, or the one data file of an experiment's or a sample's folder. "" with the
-// reason.
-std::string data_file_of(const std::string& path, std::string& reason) {
-    const FileFacts facts = file_facts(path);
-    if (facts.regular && facts.size > 0) return path;
-    if (facts.regular) {
-        reason = format_text("File %s is empty.", path.c_str());
-    } else if (!facts.folder) {
-        reason = format_text("%s is no ordinary file: there are no data to read.", path.c_str());
-    }
-    if (!reason.empty()) return {};
-
-    const std::string own = own_data_of(path);
-    if (!own.empty()) return data_file_of(own, reason);
-    const auto names = experiments_of(path);
-    if (names.size() == 1) return data_file_of(own_data_of(path + "/" + names[0]), reason);
-    if (names.empty()) {
-        reason =
-            format_text("Folder %s holds no data file (such as fid or ser) and no numbered experiment that does.", path.c_str());
-        return {};
-    }
-    constexpr size_t most_named = 10;
-    std::string list;
-    for (size_t i = 0; i < std::min(names.size(), most_named); ++i) list += (i > 0 ? ", " : "") + names[i];
-    reason = format_text("Folder %s holds several experiments (%s%s). Name one of them.", path.c_str(), list.c_str(),
-                         names.size() > most_named ? ", ..." : "");
-    return {};
 }
 
 // ------------------------------------------------------------------------------------------------------ the output's name
@@ -157,19 +98,12 @@ void commit(DataSet&& fresh) {
     show = std::move(fresh);
 }
 
-// What the translator read and the native file's type has no place for, or cuts.
-void keep_beside_file(const DataSet& parameters, DataSet& fresh) {
-    static constexpr std::string DataSet::*texts[] = {
-        &DataSet::user,    &DataSet::date,  &DataSet::comment, &DataSet::experiment,   &DataSet::owner,
-        &DataSet::solvent, &DataSet::title, &DataSet::source,  &DataSet::process_type, &DataSet::path};
-    for (const auto text : texts) fresh.*text = parameters.*text;
-    static constexpr double DataSet::*values[] = {&DataSet::d1, &DataSet::p1, &DataSet::o1, &DataSet::o2};
-    for (const auto value : values) fresh.*value = parameters.*value;
-    fresh.scans = parameters.scans;
-    fresh.phase = parameters.phase;
-    fresh.array_values = parameters.array_values;
-    fresh.other_sw2 = parameters.other_sw2;
-    for (size_t d = 0; d < fresh.dims.size(); ++d) fresh.dims[d].nucleus = parameters.dims[d].nucleus;
+// The record of the translator with the vectors of its output: what the native file's type has no place for, or cuts,
+// stays with the data set.
+void keep_beside_file(const DataRecord& parameters, DataSet& fresh) {
+    const std::string file = fresh.file_a;
+    static_cast<DataRecord&>(fresh) = parameters;
+    fresh.file_a = file;
 }
 
 void set_default_phases(DataSet& data) {

@@ -173,20 +173,6 @@ std::string write_rows(Translation& t, const Opened& opened, size_t& points) {
 
 }  // namespace
 
-bool JCAMP_file_test(Candidate& file) {
-    std::array<char, size_t{1} << 16> start{};
-    if (!file.input.seek(0)) {
-        refuse("Seek error in JCAMP_file_test.");
-        return false;
-    }
-    const size_t size = std::fread(start.data(), 1, start.size(), file.input.stream());
-    const auto records = split_records({start.data(), size});
-    const JcampBlock all{records.data(), records.data() + records.size()};
-    if (all.find("JCAMPDX") == nullptr) return false;
-    const std::string data_class = folded(all.text("DATACLASS"));
-    return data_class == "XYDATA" || data_class == "NTUPLES" || all.find("XYDATA") != nullptr || all.data_type() == "LINK";
-}
-
 bool JCAMP_Parm(Translation& t) {
     Opened opened;
     if (!open_layout(t, opened, parameter_module)) return false;

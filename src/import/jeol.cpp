@@ -194,11 +194,6 @@ double jeol_filter_delay(const std::string& orders, const std::string& factors) 
     return std::isfinite(sum) && sum > 0 ? sum / 2 : 0;
 }
 
-bool JEOL_DELTA_Test(Candidate& file) {
-    std::array<char, 8> start{};
-    return file.input.seek(0) && file.input.read(start.data(), start.size()) && is_delta_mark({start.data(), start.size()});
-}
-
 bool JEOL_DELTA_Parm(Translation& t) {
     DeltaHeader header;
     DeltaParameters p;

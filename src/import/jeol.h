@@ -7,8 +7,6 @@
 
 namespace zolt {
 
-/// A file with the mark of either byte order; the candidate is open.
-bool JEOL_DELTA_Test(Candidate& file);
 /// Parameters from the header and the parameter section.
 bool JEOL_DELTA_Parm(Translation& t);
 /// Points of the valid range into the temporary files: rows of dimension 1, the two parts of a pair one after the other.

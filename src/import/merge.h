@@ -28,8 +28,8 @@ private:
     std::array<std::string, 3> paths_;
 };
 
-/// Goes once over the parts for what a header says of the points. False when they cannot be read.
-bool summarize_parts(File& real, File& imaginary, const DataSet& parameters, bool swap, DataSummary& summary);
+/// Goes once over the parts for what a header of type 3 says of the points. False with the message.
+bool summarize_parts(File& real, File& imaginary, const DataSet& parameters, bool swap, DataSummary& summary, std::string& message);
 
 /// Writes the slices of a native file behind its header: for every row of dimensions 2 to 4 the complex pairs of both
 /// temporary files. `swap` puts the value of the second file first in each pair. False with the message.

@@ -1,6 +1,7 @@
 // The native layout in either byte order, its words being floats or 32-bit integers: header, slices, tailer.
 #include "import/native.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "common/bytes.h"
@@ -34,13 +35,19 @@ bool CDFF_Parm(Translation& t) {
 }
 
 bool CDFF_Data(Translation& t) {
+    constexpr uint64_t points_at_a_time = uint64_t{1} << 15;
     NativeLayout layout;
     DataSet again;
     if (!read_native_header(t.input, t.input_bytes, layout, again).empty()) return t.fail("\nError in CDFF_Data Module");
-    std::vector<Complex> points(static_cast<size_t>(t.parameters.pts1d()));
-    std::vector<float> part(points.size());
+    // Slices that follow one another without anything between them are read several at a time.
+    const auto row_points = static_cast<uint64_t>(t.parameters.pts1d());
     const uint64_t rows = t.parameters.all_slices();
-    for (uint64_t row = 0; row < rows; ++row) {
+    const uint64_t at_a_time = layout.prefix_bytes() > 0 ? 1 : std::clamp<uint64_t>(points_at_a_time / row_points, 1, rows);
+    std::vector<Complex> points;
+    std::vector<float> part;
+    for (uint64_t row = 0; row < rows; row += at_a_time) {
+        points.resize(row_points * std::min(at_a_time, rows - row));
+        part.resize(points.size());
         if (!read_native_slice(t.input, layout, row, points)) return t.fail("\nError in CDFF_Data Module");
         if (layout.data_type != 0) integers_to_floats(points);
         for (size_t k = 0; k < points.size(); ++k) part[k] = points[k].real();

@@ -10,12 +10,12 @@ namespace zolt {
 /// What detection found, or why it stopped.
 struct Detection {
     const Format* format = nullptr;
-    const char* step = "";  ///< what decided
+    const char* step = "";  ///< what decided, or stopped it
     std::string message;    ///< without a format
 };
 
-/// Recognises a file by its name, its companions and its first bytes.
-Detection detect_format(const std::string& path);
+/// Recognises a file by its name, its companions and its first kilobytes. `may_ask` allows the one question there is.
+Detection detect_format(const std::string& path, bool may_ask = true);
 
 /// Translates the file `input` into the native file `output`. An unknown or empty key has the format recognised.
 /// `parameters` is a fresh record; on success it describes the output and holds what no native file carries. False with

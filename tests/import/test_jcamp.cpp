@@ -210,7 +210,7 @@ TEST_F(JcampFile, KnowsItsOwnKind) {
     for (const bool parameters : {false, true}) {
         const std::string text = parameters ? "##TITLE= Parameter file\n##JCAMPDX= 5.0\n##$TD= 4\n##END=\n" : fid({});
         Candidate file(root_.write("in/s", text));
-        file.input = open_for_reading(file.path);
+        ASSERT_TRUE(file.open());
         EXPECT_EQ(format_of_number(69)->test(file), !parameters);
     }
 }

@@ -245,8 +245,8 @@ TEST_F(JeolImport, RefusesWhatCannotBe) {
 TEST_F(JeolImport, KnowsItsMarkAndItsDelay) {
     for (const std::string start : {"JEOL.NMR", "RMN.LOEJ", "JEOL_NMR", "JEOL"}) {
         Candidate file(data_.write("x", start));
-        file.input = open_for_reading(file.path);
-        EXPECT_EQ(JEOL_DELTA_Test(file), start[4] == '.' || start[3] == '.') << start;
+        ASSERT_TRUE(file.open());
+        EXPECT_EQ(format_of_number(68)->test(file), start[4] == '.' || start[3] == '.') << start;
     }
     EXPECT_EQ(jeol_filter_delay("2 54 73", "8  2"), 19.65625);
     EXPECT_NEAR(jeol_filter_delay("2 41 73", "6 2"), 19.6666666667, 1e-9);
