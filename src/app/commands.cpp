@@ -6,6 +6,7 @@
 #include "app/help.h"
 #include "app/link_player.h"
 #include "common/text.h"
+#include "config/config_commands.h"
 #include "datafile/file_commands.h"
 #include "display/display_commands.h"
 #include "import/import_commands.h"
@@ -139,8 +140,8 @@ constexpr Command keywords[] = {
     planned("IG"), planned("II"), planned("IL"),
     {"Import", cmd_import, redraws, "IM or Import file [-KEY] [SR0 / SR1]", "imports the data of an instrument or of another program"},
     {"IM", cmd_import, redraws, "IM or Import file [-KEY] [SR0 / SR1]", "imports the data of an instrument or of another program"},
-    planned("zoltini", "reads or shows the configuration"),
-    planned("ini", "reads or shows the configuration"),
+    {"zoltini", cmd_zoltini, plain, "ini or zoltini [file / list [word] / set KEY VALUE / save [file] / sample file]", "reads, shows, sets or saves the configuration"},
+    {"ini", cmd_zoltini, plain, "ini or zoltini [file / list [word] / set KEY VALUE / save [file] / sample file]", "reads, shows, sets or saves the configuration"},
     planned("IN"), planned("IP"), planned("IS"), planned("insert"), planned("IT"), planned("IV"),
     planned("inadequate", "INADEQUATE processing"),
     planned("Interleave"), planned("invert"),
@@ -291,8 +292,8 @@ constexpr Command keywords[] = {
     planned("Water", "suppresses the solvent line"),
     planned("wat", "suppresses the solvent line"),
     planned("WC"), planned("colors"), planned("WO"), planned("WorkSheet"),
-    planned("WP", "shows the program's paths"),
-    planned("WhichPath", "shows the program's paths"),
+    {"WP", cmd_whichpath, plain, "WP or WhichPath", "shows the program's paths"},
+    {"WhichPath", cmd_whichpath, plain, "WP or WhichPath", "shows the program's paths"},
     planned("WS"), planned("WindowSize"),
     planned("WV", "window view"),
     planned("WindowView", "window view"),

@@ -15,7 +15,8 @@ namespace zolt {
 void start_up(const std::string& root, const std::string& ini) {
     set_root_path(root);
     remove_leftovers_of_dead_processes(Snapshots::keep_recent);
-    read_ini(ini.empty() ? ini_path() : ini);
+    read_configuration(ini);
+    if (settings.data_dir.empty()) data_path(true);
     show.phase = {static_cast<float>(settings.default_pa), static_cast<float>(settings.default_pb),
                   static_cast<float>(settings.default_pc)};
 }
