@@ -92,6 +92,7 @@ int ExecuteCommandLine(int key, LineSource source) {
     else
         result = DispatchCommand();
 
+    session.last_result = result;
     if (result == 1) {
         platform().status(0, session.status_text);
         if (!session.no_log) append_to_command_log(session.log_line.empty() ? line : session.log_line);

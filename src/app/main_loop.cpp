@@ -30,12 +30,8 @@ void post_close() { queue.push_back({Message::Kind::close}); }
 
 bool idle_step() {
     if (playback_held()) return true;
-    if (session.link_running)
-        link_step();
-    else if (session.macro_running)
-        MacroStep();
-    else
-        return false;
+    if (!session.link_running) return session.macro_running && MacroStep();
+    link_step();
     return true;
 }
 

@@ -93,16 +93,26 @@ private:
     // The user at a terminal types lines until end of input or EX. What did not work has been said on the spot.
     bool converse() {
         platform_.interactive = true;
+        catch_interrupts();
         offer_recovery();
         for (std::string line; !platform_.closing;) {
             if (read_prompt_line("> ", line)) {
-                carry_out_line(line);
+                carry_out_typed(line);
             } else {
                 post_close();  // Ctrl+D
                 run_main_loop();
             }
         }
         return true;
+    }
+
+    // Ctrl+C is the key Escape to what plays.
+    static void carry_out_typed(const std::string& line) {
+        carry_out_line(line);
+        while (take_interrupt()) {
+            post_character(27, LineSource::user);
+            run_main_loop();
+        }
     }
 
     void carry_out(const Action& action) {

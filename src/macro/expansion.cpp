@@ -47,6 +47,7 @@ constexpr Word words[] = {
     {"SW", [](const LineContext&) { return number_text(show.dims[0].sw); }},
     {"POINTS", [](const LineContext&) { return std::to_string(show.dims[0].points); }},
     {"LEVEL", [](const LineContext&) { return std::to_string(CurrentArrayedLevel()); }},
+    {"RESULT", [](const LineContext&) { return std::to_string(session.last_result); }},
     {"LINE", [](const LineContext& context) { return std::to_string(context.line); }},
     {"FILE", [](const LineContext& context) { return context.file; }},
     {"NAME", [](const LineContext& context) { return name_without_extension(context.file); }},

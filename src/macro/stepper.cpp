@@ -54,7 +54,8 @@ void leave_macros() {
 }
 
 void macro_failed(const char* text, bool aborted) {
-    const int line = frames.empty() ? 0 : frames.back().script.line();
+    if (frames.empty()) return;  // ended already, by a line that failed within its statement
+    const int line = frames.back().script.line();
     leave_macros();
     session.link_running = false;
     ++session.failed_macros;
@@ -104,21 +105,24 @@ LineContext context() {
 
 // ------------------------------------------------------------------------------------------ statements that choose the line
 
-// The two sides and the sign of `a <= b`; false when there is none.
-bool comparison(std::string_view text, bool& holds) {
-    constexpr std::string_view signs[] = {"<=", ">=", "==", "!=", "<", ">"};
-    for (const std::string_view sign : signs) {
-        const size_t at = text.find(sign);
+// The signs that compare numbers; the longer ones are looked for first.
+constexpr struct {
+    std::string_view sign;
+    bool (*holds)(double a, double b);
+} comparisons[] = {
+    {"<=", [](double a, double b) { return a <= b; }}, {">=", [](double a, double b) { return a >= b; }},
+    {"==", [](double a, double b) { return a == b; }}, {"!=", [](double a, double b) { return a != b; }},
+    {"<", [](double a, double b) { return a < b; }},   {">", [](double a, double b) { return a > b; }},
+};
+
+// Whether `a <= b` holds; false for a text that is no comparison of two numbers.
+bool compare(std::string_view text, bool& holds) {
+    for (const auto& row : comparisons) {
+        const size_t at = text.find(row.sign);
         if (at == std::string_view::npos) continue;
-        const auto a = operand(text.substr(0, at)), b = operand(text.substr(at + sign.size()));
-        if (!a || !b) return false;
-        holds = sign == "<="   ? *a <= *b
-                : sign == ">=" ? *a >= *b
-                : sign == "==" ? *a == *b
-                : sign == "!=" ? *a != *b
-                : sign == "<"  ? *a < *b
-                               : *a > *b;
-        return true;
+        const auto a = operand(text.substr(0, at)), b = operand(text.substr(at + row.sign.size()));
+        if (a && b) holds = row.holds(*a, *b);
+        return a && b;
     }
     return false;
 }
@@ -130,7 +134,7 @@ Outcome if_statement(Arguments& args) {
     bool holds = false;
     if (texts.size() == 2)
         holds = texts[0] == texts[1];
-    else if (texts.size() != 1 || !comparison(texts[0], holds))
+    else if (texts.size() != 1 || !compare(texts[0], holds))
         return statement_error("IF takes (text,text), or (number < number) with < > <= >= == or !=");
     if (!holds) frames.back().script.skip_line();
     return Outcome::done;
@@ -272,16 +276,23 @@ bool StartMacro(const std::string& path) {
     return enter_macro(path);
 }
 
-void MacroStep() {
+bool MacroStep() {
+    if (frames.empty()) return false;
     std::string_view piece;
     do {
-        if (!frames.back().script.next(piece)) return EndMacro();
+        if (!frames.back().script.next(piece)) {
+            EndMacro();
+            return true;
+        }
     } while (is_comment(piece));
     // Text files have no such character: somebody has named a binary file.
-    if (piece.find('\0') != std::string_view::npos) return MacroError();
+    if (piece.find('\0') != std::string_view::npos) {
+        MacroError();
+        return true;
+    }
     append_to_command_log(std::string(macro_host.command_text()) + " " + std::string(piece));
-    if (piece.starts_with(':')) return;
-    carry_out_line(expanded(piece, context()));
+    if (!piece.starts_with(':')) carry_out_line(expanded(piece, context()));
+    return true;
 }
 
 void EndMacro() {

@@ -10,8 +10,8 @@ namespace zolt {
 bool StartMacro(const std::string& path);
 
 /// Carries out the next line, or hands it to the keystroke player. Called while session.macro_running is set and
-/// session.link_running is not.
-void MacroStep();
+/// session.link_running is not. False when no macro is on its way.
+bool MacroStep();
 
 /// The three ends of a macro, with their messages. Those of failure end the macros that called it, too.
 void EndMacro();

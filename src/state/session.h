@@ -22,6 +22,7 @@ struct Session {
     int header_type = 3;                ///< configured type of written native files, 1 to 3
     int byte_order = 1;                 ///< of written native files: 1 Intel order, 2 and 3 big-endian
     std::string status_text = "Ready";  ///< shown in pane 0 after a command that worked
+    int last_result = 0;                ///< of the last command line: 0, 1 or 2
     int failed_macros = 0;              ///< macros of this run that ended in an error or an abort
     /// What SET, ASK and DO statements of macros leave for the commands, by keyword in capitals (ZOF1PPM, RDPTS …).
     std::map<std::string, std::string, std::less<>> macro_values;

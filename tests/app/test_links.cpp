@@ -87,6 +87,10 @@ TEST_F(LinkTest, StopOnErrorEndsLinkAndMacroAtTheFirstFailedLine) {
     EXPECT_EQ(played("RU stops"), "SF 2 NOSUCH ");
     EXPECT_EQ(platform_.messages.back(), "Macro error on line # 3");
     EXPECT_EQ(played("A1"), "NOSUCH ");
+    root_.write("in_statement.mac", "ZOLTMACRO\nSET STOP_ON_ERROR TRUE\nSET ARRAY_ON\nSF 4");
+    EXPECT_EQ(played("RU in_statement"), "AR on ");
+    EXPECT_EQ(platform_.messages.back(), "Macro error on line # 3");
+    EXPECT_EQ(session.failed_macros, 2);
     EXPECT_EQ(played("RU goes_on"), "SF 2 NOSUCH SF 3 SF 4 ");
 }
 

@@ -248,5 +248,21 @@ TEST_F(MacroTest, TheLogHoldsLinesOfMacrosAndGoesIntoDataFiles) {
     refused("cmdlog file nowhere/x", "The command log cannot be written to");
 }
 
+TEST_F(MacroTest, TheExamplesRunOnTheExampleData) {
+    const std::string macros = ZOLT_EXAMPLES "/macros/";
+    std::error_code error;
+    std::filesystem::create_symlink(ZOLT_EXAMPLES "/strychnine_1h/10", root_.path("10"), error);
+    root_.write("9/fid", "short");
+    EXPECT_EQ(run("RU \"" + macros + "batch_convert\""), 1);
+    EXPECT_EQ(last_status(), completed);
+    EXPECT_TRUE(std::filesystem::exists(root_.path("spectrum_1.svg")));
+    EXPECT_FALSE(std::filesystem::exists(root_.path("spectrum_2.svg"))) << "9/fid cannot be imported";
+    EXPECT_EQ(run("RU \"" + macros + "integrals_table\""), 1);
+    EXPECT_EQ(last_status(), completed);
+    const std::string table = test::read_file(root_.path("DATA/integrals.csv"));
+    EXPECT_TRUE(table.starts_with("file,aromatic,aliphatic,ratio\r\n")) << table;
+    EXPECT_TRUE(table.ends_with(",0.2277\r\n")) << table;
+}
+
 }  // namespace
 }  // namespace zolt
