@@ -31,11 +31,7 @@ Integral* region_argument(Arguments& args) {
 int define(std::vector<Integral>& list, const std::string& first, Arguments& args) {
     const auto from = leading_number(first), to = number_argument(args);
     if (!from || !to) return show_reply(id_usage);
-    int64_t start = 0, end = 0;
-    if (!integral_range(show.dims[0], *from, *to, start, end)) return 0;
-    show.integral_points = show.pts1d();
-    add_integral(list, show, start, end);
-    return 1;
+    return define_integral(list, show, *from, *to) ? 1 : 0;
 }
 
 int list_integrals() {

@@ -5,6 +5,8 @@
 #include <array>
 
 #include "app/dispatcher.h"
+#include "app/link_player.h"
+#include "config/settings.h"
 #include "macro/command_log.h"
 #include "state/session.h"
 
@@ -17,7 +19,8 @@ constexpr size_t buffer_size = 256;
 
 std::array<char, buffer_size> buffer = {prompt};
 size_t length = 1;
-bool too_long = false;  // characters were lost: half a line is never carried out
+bool too_long = false;     // characters were lost: half a line is never carried out
+std::string last_command;  // of the user, for a lone Enter
 
 }  // namespace
 
@@ -68,10 +71,18 @@ int refuse_while_request_pends(const std::string& line, LineSource source) {
     return 0;
 }
 
+// The line to carry out. Where the configuration says so, Enter alone stands for the user's last command.
+std::string entered_line(LineSource source) {
+    if (source != LineSource::user) return std::string(typed_text());
+    if (typed_text().empty() && !last_command.empty() && setting_switch("CR_FOR_COMMANDS")) AppendCommandText(last_command);
+    if (!typed_text().empty()) last_command = typed_text();
+    return std::string(typed_text());
+}
+
 }  // namespace
 
 int ExecuteCommandLine(int key, LineSource source) {
-    const std::string line(typed_text());
+    const std::string line = entered_line(source);
     if (session.request_pending) return refuse_while_request_pends(line, source);
     session.log_line.clear();
     int result = 0;
@@ -81,6 +92,7 @@ int ExecuteCommandLine(int key, LineSource source) {
     else
         result = DispatchCommand();
 
+    session.last_result = result;
     if (result == 1) {
         platform().status(0, session.status_text);
         if (!session.no_log) append_to_command_log(session.log_line.empty() ? line : session.log_line);
@@ -94,6 +106,7 @@ int ExecuteCommandLine(int key, LineSource source) {
     ResetCommandText();
     RedrawDisplay();
     platform().line_done(line, result, source);
+    if (result == 0 && (source == LineSource::link || source == LineSource::macro)) link_line_failed(line);
     return result;
 }
 

@@ -5,13 +5,16 @@
 #include "analysis/integral_commands.h"
 #include "app/app_commands.h"
 #include "app/help.h"
+#include "app/keystrokes.h"
 #include "app/link_player.h"
 #include "common/text.h"
 #include "datafile/arrayed.h"
+#include "config/config_commands.h"
 #include "datafile/file_commands.h"
 #include "display/display_commands.h"
 #include "import/export.h"
 #include "import/import_commands.h"
+#include "macro/macro_commands.h"
 #include "processing/processing_commands.h"
 #include "state/parameters.h"
 
@@ -75,8 +78,8 @@ constexpr Command keywords[] = {
     planned("CONTOUR", "contour plot"),
     planned("COSINE", "cosine window"),
     planned("COMPARE"),
-    planned("cmdlog", "switches the command log"),
-    planned("commandlog", "switches the command log"),
+    {"cmdlog", cmd_cmdlog, plain, "cmdlog <on / off / clear / show / file NAME>", "switches, empties or shows the command log"},
+    {"commandlog", cmd_cmdlog, plain, "cmdlog <on / off / clear / show / file NAME>", "switches, empties or shows the command log"},
     planned("D1"), planned("D2"), planned("DA"), planned("DB"), planned("DC"), planned("DD"),
     planned("D1", "planned", true),
     planned("DF"), planned("DH"),
@@ -137,8 +140,8 @@ constexpr Command keywords[] = {
     planned("IG"), planned("II"), planned("IL"),
     {"Import", cmd_import, redraws, "IM or Import file [-KEY] [SR0 / SR1]", "imports the data of an instrument or of another program"},
     {"IM", cmd_import, redraws, "IM or Import file [-KEY] [SR0 / SR1]", "imports the data of an instrument or of another program"},
-    planned("zoltini", "reads or shows the configuration"),
-    planned("ini", "reads or shows the configuration"),
+    {"zoltini", cmd_zoltini, plain, "ini or zoltini [file / list [word] / set KEY VALUE / save [file] / sample file]", "reads, shows, sets or saves the configuration"},
+    {"ini", cmd_zoltini, plain, "ini or zoltini [file / list [word] / set KEY VALUE / save [file] / sample file]", "reads, shows, sets or saves the configuration"},
     planned("IN"), planned("IP"), planned("IS"), planned("insert"), planned("IT"), planned("IV"),
     planned("inadequate", "INADEQUATE processing"),
     planned("Interleave"), planned("invert"),
@@ -147,8 +150,17 @@ constexpr Command keywords[] = {
     planned("JJ", "shift database"),
     planned("JJC", "shift database"),
     planned("JJH", "shift database"),
-    planned("JT"), planned("L0"), planned("L1"), planned("L2"), planned("L3"), planned("L4"), planned("L5"), planned("L6"),
-    planned("L7"), planned("L8"), planned("L9"),
+    planned("JT"),
+    {"L0", cmd_link_of_slices<0>, needs_data, "L0", "plays LINK0 for each slice of File A from the current one on"},
+    {"L1", cmd_link_of_slices<1>, needs_data, "L1", "plays LINK1 for each slice of File A from the current one on"},
+    {"L2", cmd_link_of_slices<2>, needs_data, "L2", "plays LINK2 for each slice of File A from the current one on"},
+    {"L3", cmd_link_of_slices<3>, needs_data, "L3", "plays LINK3 for each slice of File A from the current one on"},
+    {"L4", cmd_link_of_slices<4>, needs_data, "L4", "plays LINK4 for each slice of File A from the current one on"},
+    {"L5", cmd_link_of_slices<5>, needs_data, "L5", "plays LINK5 for each slice of File A from the current one on"},
+    {"L6", cmd_link_of_slices<6>, needs_data, "L6", "plays LINK6 for each slice of File A from the current one on"},
+    {"L7", cmd_link_of_slices<7>, needs_data, "L7", "plays LINK7 for each slice of File A from the current one on"},
+    {"L8", cmd_link_of_slices<8>, needs_data, "L8", "plays LINK8 for each slice of File A from the current one on"},
+    {"L9", cmd_link_of_slices<9>, needs_data, "L9", "plays LINK9 for each slice of File A from the current one on"},
     {"LineBroadening", cmd_lb, plain, "LB or LineBroadening [Hz]", "sets the line broadening that EM and GM use"},
     {"LB", cmd_lb, plain, "LB or LineBroadening [Hz]", "sets the line broadening that EM and GM use"},
     planned("LF", "line fitting"),
@@ -223,9 +235,9 @@ constexpr Command keywords[] = {
     {"realft", cmd_realft, needs_data | redraws, "REALFT [forward / inverse]", "real-valued Fourier transform"},
     planned("RotateData", "rotates the data before the next transform"),
     planned("RD", "rotates the data before the next transform"),
-    planned("RunMacro", "runs a macro"),
-    planned("run", "runs a macro"),
-    planned("RU", "runs a macro"),
+    {"RunMacro", cmd_runmacro, plain, "RU or run or RunMacro [name]", "runs a macro"},
+    {"run", cmd_runmacro, plain, "RU or run or RunMacro [name]", "runs a macro"},
+    {"RU", cmd_runmacro, plain, "RU or run or RunMacro [name]", "runs a macro"},
     planned("S#"), planned("S@"), planned("S0"),
     {"S2", cmd_s2, needs_data, "S2 [name]", "saves 2D data slice by slice: writes the current one to File C"},
     {"SaveFile", cmd_savefile, needs_data | redraws, "SA or SaveFile [name]", "saves the data set"},
@@ -237,11 +249,11 @@ constexpr Command keywords[] = {
     planned("Shrink", "halves the point count"),
     planned("SH", "halves the point count"),
     planned("shuffle"),
-    planned("Sleep", "waits"),
+    {"Sleep", cmd_sleep, plain, "Sleep <milliseconds>", "waits before the next command"},
     {"Slice", cmd_slice, needs_data | redraws, "SL or Slice [number / + / -]", "selects a slice of File A, or shows which one is"},
     {"SL", cmd_slice, needs_data | redraws, "SL or Slice [number / + / -]", "selects a slice of File A, or shows which one is"},
     planned("sam"), planned("SM"), planned("SEE"), planned("SE"),
-    planned("SENDKEY", "sends keystrokes"),
+    {"SENDKEY", cmd_sendkey, plain, "SENDKEY <keys>", "sends keystrokes to the program"},
     planned("SETX", "sets axis values"),
     planned("SETY", "sets axis values"),
     planned("SETZ", "sets axis values"),
@@ -289,8 +301,8 @@ constexpr Command keywords[] = {
     planned("Water", "suppresses the solvent line"),
     planned("wat", "suppresses the solvent line"),
     planned("WC"), planned("colors"), planned("WO"), planned("WorkSheet"),
-    planned("WP", "shows the program's paths"),
-    planned("WhichPath", "shows the program's paths"),
+    {"WP", cmd_whichpath, plain, "WP or WhichPath", "shows the program's paths"},
+    {"WhichPath", cmd_whichpath, plain, "WP or WhichPath", "shows the program's paths"},
     planned("WS"), planned("WindowSize"),
     planned("WV", "window view"),
     planned("WindowView", "window view"),

@@ -6,6 +6,7 @@
 #include "app/keystrokes.h"
 #include "app/link_player.h"
 #include "app/startup.h"
+#include "macro/stepper.h"
 #include "state/session.h"
 
 namespace zolt {
@@ -28,7 +29,8 @@ void post_character(int character, LineSource source) { queue.push_back({Message
 void post_close() { queue.push_back({Message::Kind::close}); }
 
 bool idle_step() {
-    if (!session.link_running) return false;
+    if (playback_held()) return true;
+    if (!session.link_running) return session.macro_running && MacroStep();
     link_step();
     return true;
 }
@@ -54,6 +56,8 @@ bool run_main_loop() {
 void reset_main_loop() {
     queue.clear();
     closed = false;
+    reset_playback();
+    reset_macros();
 }
 
 }  // namespace zolt

@@ -14,10 +14,11 @@ void post_close();
 /// or the close message came. False once it has come.
 bool run_main_loop();
 
-/// One idle step: the next keystroke of a link that plays. False when there is nothing to do.
+/// One idle step: the next keystroke of a link that plays, else the next line of a macro that runs. False when there is
+/// nothing to do.
 bool idle_step();
 
-/// Forgets queued messages and a close message (for a fresh start).
+/// Forgets queued messages, a close message, and what plays (for a fresh start).
 void reset_main_loop();
 
 }  // namespace zolt

@@ -1,23 +1,52 @@
 // Root, configuration and default values at the start; tidying at the end.
 #include "app/startup.h"
 
+#include "app/command_line.h"
+#include "app/dispatcher.h"
+#include "app/link_player.h"
+#include "app/main_loop.h"
 #include "app/undo.h"
 #include "common/file.h"
 #include "config/ini.h"
 #include "config/paths.h"
+#include "config/settings.h"
 #include "datafile/native_file.h"
+#include "macro/macro_commands.h"
+#include "macro/macro_host.h"
 #include "platform/platform.h"
 #include "state/dataset.h"
 #include "state/session.h"
 
 namespace zolt {
 
+namespace {
+
+// A statement of a macro issues a command as if it had been typed.
+int execute_for_macro(std::string_view line) {
+    ResetCommandText();
+    AppendCommandText(line);
+    return ExecuteCommandLine(13, LineSource::macro);
+}
+
+void post_key_for_macro(int character) { post_character(character, LineSource::macro); }
+
+}  // namespace
+
 void start_up(const std::string& root, const std::string& ini) {
+    macro_host = {.play_line = start_macro_line,
+                  .execute = execute_for_macro,
+                  .post_key = post_key_for_macro,
+                  .command_text = GetCommandText,
+                  .wait = hold_playback,
+                  .redraw = RedrawDisplay};
     set_root_path(root);
     remove_leftovers_of_dead_processes(Snapshots::keep_recent);
-    read_ini(ini.empty() ? ini_path() : ini);
+    read_configuration(ini);
+    if (settings.data_dir.empty()) data_path(true);
     show.phase = {static_cast<float>(settings.default_pa), static_cast<float>(settings.default_pb),
                   static_cast<float>(settings.default_pc)};
+    const std::string macro = setting_text("AutoExecMacro");
+    if (!macro.empty()) run_macro(macro);
 }
 
 namespace {

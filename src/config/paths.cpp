@@ -11,6 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "common/arguments.h"
 #include "common/file.h"
 #include "common/text.h"
 #include "state/session.h"
@@ -21,7 +22,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string root;
+std::string root, writable;
 
 // The scratch folder of this process: kept locked while it lives, so that others can tell it from a dead one's.
 struct Scratch {
@@ -40,7 +41,30 @@ std::string root_of_executable() {
     const fs::path folder = program.parent_path();
     for (const char* build : {"DEBUG", "RELEASE", "SHARE_DEBUG", "SHARE_REL"})
         if (same_word(folder.filename().string(), build)) return folder.parent_path().string();
+    // Installed as systems do it, the program has its files in share/zolt beside its bin.
+    if (folder.filename() == "bin") {
+        const std::string share = (folder.parent_path() / "share" / "zolt").string();
+        if (file_facts(share).folder) return share;
+    }
     return folder.string();
+}
+
+std::string environment(const char* name) {
+    const char* value = std::getenv(name);
+    return value != nullptr ? value : "";
+}
+
+// The folder of the user's own files; the root where the system names none.
+std::string user_folder() {
+    const std::string configured = environment("XDG_CONFIG_HOME"), home = environment("HOME");
+    if (configured.starts_with('/')) return configured + "/zolt";
+    return home.starts_with('/') ? home + "/.config/zolt" : root;
+}
+
+bool may_be_written(const std::string& folder) { return !file_facts(folder).exists || ::access(folder.c_str(), W_OK) == 0; }
+
+std::string folder_setting(const std::string& configured, const std::string& otherwise) {
+    return configured.empty() ? otherwise : absolute_path(typed_path(configured));
 }
 
 // Takes the lock of a folder without waiting; -1 when another process holds it.
@@ -105,20 +129,44 @@ bool make_scratch_folder(const std::string& parent) {
 
 }  // namespace
 
-void set_root_path(const std::string& path) { root = path.empty() ? root_of_executable() : absolute_path(path); }
+void set_root_path(const std::string& path) {
+    const std::string named = path.empty() ? environment("ZOLT_ROOT") : path;
+    root = named.empty() ? root_of_executable() : absolute_path(named);
+    writable = may_be_written(root) ? root : user_folder();
+}
 
 const std::string& root_path() { return root; }
+const std::string& writable_root() { return writable; }
 
 std::string data_path(bool make) {
-    const std::string path = settings.data_dir.empty() ? root + "/DATA" : absolute_path(settings.data_dir);
+    const std::string path = folder_setting(settings.data_dir, writable + "/DATA");
     std::error_code ignored;
     if (make) fs::create_directories(path, ignored);
     return path;
 }
 
-std::string macro_path() { return settings.macro_dir.empty() ? root + "/MAC" : absolute_path(settings.macro_dir); }
+std::string import_path() { return folder_setting(settings.import_dir, data_path(false)); }
+
+std::string macro_path() { return folder_setting(settings.macro_dir, writable + "/MAC"); }
 
 std::string ini_path() { return root + "/ZOLT.INI"; }
+
+std::string temporary_file_path() {
+    std::error_code error;
+    const fs::path folder = fs::temp_directory_path(error);
+    return (error ? std::string("/tmp") : folder.string()) + "/ZOLTFILE.TMP";
+}
+
+std::string find_macro(std::string_view name, const std::string& beside) {
+    const std::string typed = typed_path(name);
+    for (const std::string& folder : {beside, macro_path(), root + "/MAC", absolute_path(".")}) {
+        if (typed.empty() || folder.empty()) continue;
+        const std::string path = typed.starts_with('/') ? typed : folder + "/" + typed;
+        for (const std::string& file : {path, path + ".mac"})
+            if (file_facts(file).regular) return absolute_path(file);
+    }
+    return {};
+}
 
 const std::string& scratch_folder() {
     if (!scratch.path.empty()) return scratch.path;

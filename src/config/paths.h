@@ -7,14 +7,26 @@
 
 namespace zolt {
 
-/// Sets the root directory; "" finds it from the executable. Called once at start-up.
+/// Sets the root directory; "" takes ZOLT_ROOT of the environment, or finds it from the executable. Called once at
+/// start-up.
 void set_root_path(const std::string& path);
 const std::string& root_path();
+/// The root, or, where that may not be written to, the user's own configuration folder.
+const std::string& writable_root();
 
-/// DATADIR when set, else DATA of the root. `make` creates it when missing.
+/// DATADIR when set, else DATA of the writable root. `make` creates it when missing.
 std::string data_path(bool make);
+/// IMPORTDIR when set, else the data directory.
+std::string import_path();
+/// MACRODIR when set, else MAC of the writable root.
 std::string macro_path();
 std::string ini_path();
+/// The system's temporary path with the name of the temporary file.
+std::string temporary_file_path();
+
+/// A macro by its name as typed, with or without the extension .mac: looked for in the folder `beside` ("" for none), in
+/// the macro directory, in the root's MAC, and in the current directory; "" when it is in none.
+std::string find_macro(std::string_view name, const std::string& beside);
 
 /// A folder of this process alone for temporary files, inside the root (inside the system's temporary path when the
 /// root is not writable). Made at the first call; "" when neither place takes one.

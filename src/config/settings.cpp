@@ -1,5 +1,8 @@
-// The rows of the configuration keys, and how each type of value is read.
+// How each type of key reads and writes its text, and where the values are.
 #include "config/settings.h"
+
+#include <charconv>
+#include <cmath>
 
 #include "common/numbers.h"
 #include "common/text.h"
@@ -9,64 +12,114 @@ namespace zolt {
 
 namespace {
 
-constexpr double any = 1e300;
+std::string shortest(double value) {
+    char text[40];
+    const auto [end, error] = std::to_chars(text, text + sizeof text, value);
+    return error == std::errc{} ? std::string(text, end) : "0";
+}
 
-const SettingKey keys[] = {
-    {"UNDO", &session.undo_enabled, 0, 0, "TRUE: the state before each command is kept, to step back to with Ctrl+Z"},
-    {"ZOLT_LOG_COMMANDS", &session.log_on, 0, 0, "TRUE: every command line that worked is appended to the command log ZOLT.LOG"},
-    {"EXPERT_MODE", &session.expert, 0, 0, "TRUE: start with the expert mode on"},
-    {"NO_FILE_OVERWRITE", &settings.no_file_overwrite, 0, 0, "TRUE: no command writes over an existing file"},
-    {"ZOLT_HEADER_VERSION", &session.header_type, 1, 3, "header type of written data files, 1 to 3"},
-    {"BYTE_ORDER", &session.byte_order, 1, 3, "byte order of written data files: 1 Intel order, 2 or 3 big-endian"},
-    {"BRUKER_FILTER", &settings.bruker_filter, 0, 0,
-     "FALSE: the transform leaves the group delay of digitally filtered data alone"},
-    {"RI_ON_IMPORT", &settings.ri_on_import, 0, 0,
-     "TRUE: every import swaps real and imaginary parts, unless SR0 is typed with it"},
-    {"BRUKER_XWIN_RI", &settings.bruker_xwin_ri, 0, 0, "TRUE: so does the import of XWinNMR and TopSpin data"},
-    {"BRUKER_ASPECT_RI", &settings.bruker_aspect_ri, 0, 0, "TRUE: so does the import of Aspect data"},
-    {"DEFAULT_PA", &settings.default_pa, -any, any, "zero-order phase of a data set that brings none, degrees"},
-    {"DEFAULT_PB", &settings.default_pb, -any, any, "first-order phase, degrees"},
-    {"DEFAULT_PC", &settings.default_pc, -any, any, "second-order phase, degrees"},
-    {"DATADIR", &settings.data_dir, 0, 0, "folder of data files; DATA of the root folder without it"},
-    {"ZZ_File_Path", &settings.zz_file_path, 0, 0, "data file that the command ZZ reads; File A again without it"},
-    {"DEFAULT_IMPORT_OUT_DIR", &settings.import_out_dir, 0, 0, "folder for imported data; that of the data files without it"},
-    {"LINK0", &settings.links[0], 0, 0, "command lines that A0 plays, each ended by ;"},
-    {"LINK1", &settings.links[1], 0, 0, "command lines that A1 plays"},
-    {"LINK2", &settings.links[2], 0, 0, "command lines that A2 plays"},
-    {"LINK3", &settings.links[3], 0, 0, "command lines that A3 plays"},
-    {"LINK4", &settings.links[4], 0, 0, "command lines that A4 plays"},
-    {"LINK5", &settings.links[5], 0, 0, "command lines that A5 plays"},
-    {"LINK6", &settings.links[6], 0, 0, "command lines that A6 plays"},
-    {"LINK7", &settings.links[7], 0, 0, "command lines that A7 plays"},
-    {"LINK8", &settings.links[8], 0, 0, "command lines that A8 plays"},
-    {"LINK9", &settings.links[9], 0, 0, "command lines that A9 plays"},
+std::optional<uint32_t> hex_colour(std::string_view digits) {
+    uint32_t value = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
+    if (digits.size() != 6 || error != std::errc{} || end != digits.data() + digits.size()) return std::nullopt;
+    return value;
+}
+
+std::optional<std::string> canonical_number(const SettingKey& key, std::string_view text) {
+    const auto value = leading_number(text);
+    if (!value || !(*value >= key.lowest && *value <= key.highest)) return std::nullopt;
+    return shortest(key.type == SettingType::whole ? std::trunc(*value) : *value);
+}
+
+// The value's text in the field it lives in.
+struct FieldText {
+    std::string operator()(std::monostate) const { return {}; }
+    std::string operator()(const bool* field) const { return *field ? "TRUE" : "FALSE"; }
+    std::string operator()(const int* field) const { return std::to_string(*field); }
+    std::string operator()(const double* field) const { return shortest(*field); }
+    std::string operator()(const std::string* field) const { return *field; }
 };
 
-// How each type of setting reads its text; a text that does not fit changes nothing.
-struct FromText {
+// Puts a canonical text into the field it lives in.
+struct SetField {
     const SettingKey& key;
-    std::string_view text;
+    const std::string& text;
 
-    bool inside(double value) const { return value >= key.lowest && value <= key.highest; }
-    void operator()(bool* target) const { *target = same_word(text, "TRUE"); }
-    void operator()(int* target) const {
-        const auto value = leading_number(text);
-        if (value && inside(*value)) *target = static_cast<int>(*value);
-    }
-    void operator()(double* target) const {
-        const auto value = leading_number(text);
-        if (value && inside(*value)) *target = *value;
-    }
-    void operator()(std::string* target) const { *target = text; }
+    void operator()(std::monostate) const { settings.values[upper(key.name)] = text; }
+    void operator()(bool* field) const { *field = text == "TRUE"; }
+    void operator()(int* field) const { *field = static_cast<int>(integer_or_zero(text)); }
+    void operator()(double* field) const { *field = number_or_zero(text); }
+    void operator()(std::string* field) const { *field = text; }
 };
 
 }  // namespace
 
-std::span<const SettingKey> setting_keys() { return keys; }
-
-void apply_setting(std::string_view key, std::string_view value) {
-    for (const SettingKey& row : keys)
-        if (same_word(row.name, key)) std::visit(FromText{row, trimmed(value)}, row.target);
+const SettingKey* find_setting(std::string_view name) {
+    for (const SettingKey& key : setting_keys())
+        if (same_word(key.name, name)) return &key;
+    return nullptr;
 }
+
+std::optional<uint32_t> colour_of(std::string_view text) {
+    text = trimmed(text);
+    if (text.starts_with('#')) return hex_colour(text.substr(1));
+    const auto parts = split_fields(text, ", \t");
+    if (parts.size() != 3) return std::nullopt;
+    uint32_t colour = 0;
+    for (const std::string_view part : parts) {
+        const auto value = leading_number(part);
+        if (!value || !(*value >= 0 && *value <= 255)) return std::nullopt;
+        colour = colour << 8 | static_cast<uint32_t>(*value);
+    }
+    return colour;
+}
+
+std::optional<std::string> canonical_value(const SettingKey& key, std::string_view text) {
+    text = trimmed(text);
+    switch (key.type) {
+        case SettingType::toggle:
+            return same_word(text, "TRUE") ? "TRUE" : "FALSE";
+        case SettingType::whole:
+        case SettingType::number:
+            return canonical_number(key, text);
+        case SettingType::colour:
+            if (const auto colour = colour_of(text)) return format_text("#%06x", *colour);
+            return std::nullopt;
+        case SettingType::choice:
+            for (const std::string_view word : split_fields(key.words, " "))
+                if (same_word(word, text)) return std::string(word);
+            return std::nullopt;
+        case SettingType::text:
+        case SettingType::path:
+            break;
+    }
+    return std::string(text);
+}
+
+bool apply_setting(std::string_view name, std::string_view value) {
+    const SettingKey* key = find_setting(name);
+    const auto text = key != nullptr ? canonical_value(*key, value) : std::nullopt;
+    if (text) std::visit(SetField{*key, *text}, key->target);
+    return text.has_value();
+}
+
+std::string setting_text(const SettingKey& key) {
+    if (key.target.index() != 0) return std::visit(FieldText{}, key.target);
+    const auto set = settings.values.find(upper(key.name));
+    return set != settings.values.end() ? set->second : key.fallback;
+}
+
+std::string setting_text(std::string_view name) {
+    const SettingKey* key = find_setting(name);
+    return key != nullptr ? setting_text(*key) : std::string();
+}
+
+bool setting_switch(std::string_view name) { return setting_text(name) == "TRUE"; }
+
+double setting_number(std::string_view name) { return number_or_zero(setting_text(name)); }
+
+uint32_t setting_colour(std::string_view name) { return colour_of(setting_text(name)).value_or(0); }
+
+std::string numbered_key(const char* stem, int number) { return format_text("%s%d", stem, number); }
 
 }  // namespace zolt

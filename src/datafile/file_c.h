@@ -15,7 +15,7 @@ struct FileC {
     std::string name;  ///< absolute path
     bool open = false;
     bool created = false;  ///< not on disk yet: the first slice puts header and slice in place of what was there
-    DataRecord header;  ///< as the file has it; its count of slices may be ahead of those written
+    DataRecord header;     ///< as the file has it; its count of slices may be ahead of those written
     NativeLayout layout;
     int64_t slice = 0;  ///< the next slice to be written, from 0
 };

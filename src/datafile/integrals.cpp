@@ -81,6 +81,14 @@ bool integral_range(const Dimension& dimension, double from, double to, int64_t&
     return true;
 }
 
+bool define_integral(std::vector<Integral>& list, DataSet& data, double from, double to) {
+    int64_t start = 0, end = 0;
+    if (!integral_range(data.dims[0], from, to, start, end)) return false;
+    data.integral_points = data.pts1d();
+    add_integral(list, data, start, end);
+    return true;
+}
+
 std::string integrals_section(const DataRecord& data, bool prefixed) {
     if (data.integrals.empty()) return {};
     const std::string prefix = prefixed ? "##$" : "";

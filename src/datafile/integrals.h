@@ -16,6 +16,10 @@ double integral_value(std::span<const Complex> points, const Axis& axis, int64_t
 /// Adds a region (points, in either order) to a list, kept in order of position, with the value that the data have.
 void add_integral(std::vector<Integral>& list, const DataSet& data, int64_t start, int64_t end);
 
+/// Adds the region between two positions in the axis unit of dimension 1 to a list of the data set. False, after its
+/// message, when it is outside the spectrum.
+bool define_integral(std::vector<Integral>& list, DataSet& data, double from, double to);
+
 /// Computes every value again from the current vector, if the data have changed since. With another number of points
 /// the limits move along, so that they stay at their shifts.
 void refresh_integrals(DataSet& data);

@@ -17,7 +17,6 @@ namespace {
 constexpr std::string_view separators = "\t\r\n=";
 constexpr size_t longest_text = 127;
 constexpr size_t longest_path = 4096;
-constexpr size_t longest_log = 1 << 20;
 
 // The keyword that a line consists of or begins with, its prefix aside.
 std::string_view keyword_of(std::string_view line) {
@@ -97,12 +96,11 @@ std::string fid_state_section(const DataRecord& data) {
 
 // ----------------------------------------------------------------------------------------------------------- CMD_LOG
 
-void read_log_line(std::string_view line, DataRecord& data) {
-    if (data.command_log.size() + line.size() < longest_log) data.command_log += std::string(line) + "\r\n";
-}
+void read_log_line(std::string_view line, DataRecord& data) { data.command_log.append(line); }
 
 std::string log_section(const DataRecord& data) {
-    return data.command_log.empty() ? "" : "##$CMD_LOG\r\n" + data.command_log + "##$END_CMD_LOG\r\n";
+    const std::string& text = data.command_log.text;
+    return text.empty() ? "" : "##$CMD_LOG\r\n" + text + "##$END_CMD_LOG\r\n";
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include <unistd.h>
 
+#include "app/keystrokes.h"
 #include "app/main_loop.h"
 #include "app/recovery.h"
 #include "app/startup.h"
@@ -18,7 +19,9 @@
 #include "headless/prompt.h"
 #include "import/locate.h"
 #include "import/tranauto.h"
+#include "macro/macro_commands.h"
 #include "state/dataset.h"
+#include "state/session.h"
 
 namespace zolt {
 
@@ -34,19 +37,15 @@ void carry_out_line(std::string_view line) {
     run_main_loop();
 }
 
-// \r \e \b \\ ^X ^^ stand for keys; anything else for itself.
 void send_keys(std::string_view text) {
-    for (size_t i = 0; i < text.size(); ++i) {
-        int key = static_cast<unsigned char>(text[i]);
-        if (key == '\\' && i + 1 < text.size()) {
-            const char code = text[++i];
-            key = code == 'r' ? 13 : code == 'e' ? 27 : code == 'b' ? 8 : static_cast<unsigned char>(code);
-        } else if (key == '^' && i + 1 < text.size()) {
-            const char letter = text[++i];
-            key = letter == '^' ? '^' : letter & 0x1F;
-        }
-        post_character(key, LineSource::user);
-    }
+    post_keys(text, LineSource::user);
+    run_main_loop();
+}
+
+// A name of the current folder goes before one of the macro folder. Not typed: a path may be longer than a command line.
+void run_macro_file(const std::string& name) {
+    const std::string path = absolute_path(name);
+    if (!run_macro(file_facts(path).regular ? path : name)) ++session.failed_macros;
     run_main_loop();
 }
 
@@ -105,29 +104,32 @@ public:
         set_platform(&platform_);
         set_json_output(options_.json);
         start_up(options_.root, options_.ini);
+        run_main_loop();  // AutoExecMacro
         const bool good = options_.actions.empty() ? converse() : carry_out_actions();
         shut_down();
         return good ? 0 : 1;
     }
 
 private:
-    bool stop() const { return platform_.closing || (!platform_.all_lines_worked && !options_.keep_going); }
+    bool all_worked() const { return platform_.all_lines_worked && session.failed_macros == 0; }
+    bool stop() const { return platform_.closing || (!all_worked() && !options_.keep_going); }
 
     bool carry_out_actions() {
         for (const Action& action : options_.actions) {
-            carry_out(action);
             if (stop()) break;
+            carry_out(action);
         }
-        return platform_.all_lines_worked && !data_failed_;
+        return all_worked() && !data_failed_;
     }
 
     // The user at a terminal types lines until end of input or EX. What did not work has been said on the spot.
     bool converse() {
         platform_.interactive = true;
+        catch_interrupts();
         offer_recovery();
         for (std::string line; !platform_.closing;) {
             if (read_prompt_line("> ", line)) {
-                carry_out_line(line);
+                carry_out_typed(line);
             } else {
                 post_close();  // Ctrl+D
                 run_main_loop();
@@ -136,13 +138,22 @@ private:
         return true;
     }
 
+    // Ctrl+C is the key Escape to what plays.
+    static void carry_out_typed(const std::string& line) {
+        carry_out_line(line);
+        while (take_interrupt()) {
+            post_character(27, LineSource::user);
+            run_main_loop();
+        }
+    }
+
     void carry_out(const Action& action) {
         switch (action.kind) {
             case Action::Kind::command:
                 carry_out_line(action.text);
                 break;
             case Action::Kind::macro:
-                carry_out_line("RU \"" + action.text + "\"");
+                run_macro_file(action.text);
                 break;
             case Action::Kind::keys:
                 send_keys(action.text);

@@ -72,7 +72,8 @@ const char* help_text() {
 Options act in the order given; --root, --ini, --json and --keep-going are taken first, wherever they stand.
 
   -c, --command LINE  carries out a command line
-  -k, --keys TEXT     sends keystrokes: \r Enter, \e Escape, \b backspace, \\ backslash, ^X Ctrl+X, ^^ a caret
+  -k, --keys TEXT     sends keystrokes: \r Enter, \e Escape, \b backspace, \F5 Ctrl+F5,
+                      \\ backslash, ^X Ctrl+X, ^^ a caret
   -m, --macro FILE    runs a macro
   -s, --stdin         carries out the lines of standard input
   --answer TEXT       answers the next question (yes, no, cancel), file dialog (a path) or input box (a text)

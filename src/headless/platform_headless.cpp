@@ -61,7 +61,7 @@ bool HeadlessPlatform::progress(double /*fraction*/) { return true; }
 void HeadlessPlatform::redraw() {}
 void HeadlessPlatform::clipboard(std::string_view text) { print_clipboard(text); }
 void HeadlessPlatform::character_posted(int character) { print_post(character); }
-bool HeadlessPlatform::message_waiting() { return false; }
+bool HeadlessPlatform::message_waiting() { return interrupt_waiting(); }
 
 void HeadlessPlatform::line_done(std::string_view text, int result, LineSource source) {
     if (result == 0) all_lines_worked = false;

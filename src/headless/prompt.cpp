@@ -1,6 +1,7 @@
 // The prompt by GNU readline.
 #include "headless/prompt.h"
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -40,6 +41,7 @@ bool read_text(const char* prompt, std::string& text) {
     rl_readline_name = "zolt";
     rl_attempted_completion_function = complete;
     char* typed = readline(prompt);
+    take_interrupt();  // pressed at the prompt, it has dropped the line
     if (typed == nullptr) return false;
     text = typed;
     std::free(typed);
@@ -53,6 +55,27 @@ bool read_prompt_line(const char* prompt, std::string& line) {
     const HIST_ENTRY* previous = history_length > 0 ? history_get(history_base + history_length - 1) : nullptr;
     if (!line.empty() && (previous == nullptr || line != previous->line)) add_history(line.c_str());
     return true;
+}
+
+namespace {
+
+volatile std::sig_atomic_t interrupted = 0;
+
+void note_interrupt(int signal) {
+    if (interrupted != 0) std::signal(signal, SIG_DFL);
+    interrupted = 1;
+}
+
+}  // namespace
+
+void catch_interrupts() { std::signal(SIGINT, note_interrupt); }
+
+bool interrupt_waiting() { return interrupted != 0; }
+
+bool take_interrupt() {
+    const bool waiting = interrupted != 0;
+    interrupted = 0;
+    return waiting;
 }
 
 bool read_prompt_answer(const std::string& prompt, std::string& answer) { return read_text(prompt.c_str(), answer); }

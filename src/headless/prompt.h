@@ -10,4 +10,10 @@ bool read_prompt_line(const char* prompt, std::string& line);
 /// Asks for an answer, which does not go into the history.
 bool read_prompt_answer(const std::string& prompt, std::string& answer);
 
+/// From now on Ctrl+C ends what a macro or link plays, not the program; a second one, before it was noticed, does.
+void catch_interrupts();
+/// True when Ctrl+C was pressed; take_interrupt forgets it.
+bool interrupt_waiting();
+bool take_interrupt();
+
 }  // namespace zolt

@@ -5,6 +5,7 @@
 #include <complex>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zolt {
@@ -47,6 +48,15 @@ struct DataBuffer {
     std::vector<std::complex<float>> points;
     int64_t promised_points = 0;  ///< what a file's description says; read once the file is known to hold them
     bool operator==(const DataBuffer&) const = default;
+};
+
+/// What was done to the data, as the command log has it; lines with CR LF, the last 256 KB of them. Two states of a data
+/// set do not differ by how they came about.
+struct History {
+    std::string text;
+
+    void append(std::string_view line);
+    bool operator==(const History&) const { return true; }
 };
 
 }  // namespace zolt

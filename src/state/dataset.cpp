@@ -9,6 +9,13 @@ namespace zolt {
 DataSet show;
 DataSet show_b;
 
+void History::append(std::string_view line) {
+    constexpr size_t longest = 256 << 10;
+    // An entry must not look like a label of the file around it.
+    text += (line.starts_with("##") ? " " : "") + std::string(line) + "\r\n";
+    if (text.size() > longest) text.erase(0, text.find('\n', text.size() - longest) + 1);
+}
+
 DataRecord::DataRecord() {
     for (size_t d = 0; d < dims.size(); ++d) dims[d].order = static_cast<int>(d) + 1;
 }

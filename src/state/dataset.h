@@ -85,7 +85,7 @@ struct DataRecord {
     std::vector<Peak> peaks;
     std::vector<MetaObject> meta_objects;
     std::vector<DataBuffer> buffers;  ///< in order of their numbers
-    std::string command_log;          ///< what was done to these data, as the command log has it; lines with CR LF
+    History command_log;
     CarriedWords words;
 
     int32_t pts1d() const { return dims[0].points; }

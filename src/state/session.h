@@ -2,6 +2,8 @@
 #pragma once
 
 #include <array>
+#include <functional>
+#include <map>
 #include <string>
 
 namespace zolt {
@@ -20,6 +22,10 @@ struct Session {
     int header_type = 3;                ///< configured type of written native files, 1 to 3
     int byte_order = 1;                 ///< of written native files: 1 Intel order, 2 and 3 big-endian
     std::string status_text = "Ready";  ///< shown in pane 0 after a command that worked
+    int last_result = 0;                ///< of the last command line: 0, 1 or 2
+    int failed_macros = 0;              ///< macros of this run that ended in an error or an abort
+    /// What SET, ASK and DO statements of macros leave for the commands, by keyword in capitals (ZOF1PPM, RDPTS …).
+    std::map<std::string, std::string, std::less<>> macro_values;
 };
 
 extern Session session;
@@ -32,6 +38,8 @@ struct Settings {
     double default_pa = 0, default_pb = 0, default_pc = 0;
     std::string data_dir, import_dir, macro_dir, import_out_dir, zz_file_path;
     std::array<std::string, 10> links;  ///< LINK0 to LINK9
+    /// Keys without a field above that were set, as text, by name in capitals; setting_text() of config/settings.h reads them.
+    std::map<std::string, std::string, std::less<>> values;
 };
 
 extern Settings settings;

@@ -112,7 +112,7 @@ TEST_F(DispatcherTest, TheLogHoldsLinesThatWorkedWithTheirValues) {
     session.log_on = true;
     load(sample_points(64));
     for (const char* line : {"LB 2.5", "EM", "EM 1", "NOSUCH", "FT ?", "PC", "NU"}) run(line);
-    EXPECT_EQ(test::read_file(root_.path("ZOLT.LOG")), "LB 2.5\r\nEM 2.500000\r\nEM 1\r\nPC 0.000000 0.000000 0.000000\r\n");
+    EXPECT_EQ(test::read_file(root_.path("DATA/ZOLT.LOG")), "LB 2.5\r\nEM 2.500000\r\nEM 1\r\nPC 0.000000 0.000000 0.000000\r\n");
 }
 
 TEST_F(DispatcherTest, AnAnswerThatASubRoutineWaitsForIsNoCommand) {

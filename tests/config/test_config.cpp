@@ -1,6 +1,9 @@
 // ZOLT.INI, its table of keys, and the scratch folder of a process.
+#include <cstdlib>
 #include <filesystem>
 #include <set>
+
+#include <unistd.h>
 
 #include "common/file.h"
 #include "common/text.h"
@@ -41,14 +44,92 @@ TEST_F(ConfigTest, AMissingFileFallsBackOnTheFolderAboveThenIsReported) {
     EXPECT_TRUE(session.expert) << "settings are kept";
 }
 
-TEST_F(ConfigTest, EveryKeyIsNamedOnceExplainedAndInTheFileWeShip) {
+TEST_F(ConfigTest, EveryKeyIsNamedOnceExplainedAndHoldsItsDefault) {
     std::set<std::string> names;
-    const std::string shipped = test::read_file(ZOLT_INI);
     for (const SettingKey& key : setting_keys()) {
         EXPECT_TRUE(names.insert(upper(key.name)).second) << key.name << " stands twice";
-        EXPECT_GT(std::string(key.help).size(), 10u) << key.name;
-        EXPECT_NE(shipped.find("\n" + std::string(key.name) + "="), shipped.find("\n;" + std::string(key.name) + "=")) << key.name;
+        EXPECT_GT(std::string(key.help).size(), 2u) << key.name;
+        EXPECT_EQ(canonical_value(key, key.fallback), key.fallback) << key.name;
+        EXPECT_EQ(setting_text(key), key.fallback) << key.name;
     }
+    EXPECT_EQ(names.size(), 208u);
+    EXPECT_EQ(test::read_file(ZOLT_INI), sample_ini()) << "the shipped file is written by: ini sample ZOLT.INI";
+}
+
+TEST_F(ConfigTest, ValuesOfEveryType) {
+    const struct {
+        const char *name, *text, *want;  // want: the value then, "" where it is refused
+    } table[] = {{"axis", "points", "POINTS"},
+                 {"AXIS", "ppm", ""},
+                 {"REAL_COLOR", "1, 2,255", "#0102ff"},
+                 {"REAL_COLOR", "#A0b1C2", "#a0b1c2"},
+                 {"REAL_COLOR", "1,2,256", ""},
+                 {"REAL_COLOR", "#12345", ""},
+                 {"REAL_COLOR", "1,2", ""},
+                 {"TOP_MARGIN", "12.9", "12"},
+                 {"TOP_MARGIN", "-1", ""},
+                 {"TOP_MARGIN", "nan", ""},
+                 {"AS_MULT", "+2.50", "2.5"},
+                 {"AS_MULT", "1e400", ""},
+                 {"PeakFont", " A = B ", "A = B"},
+                 {"UNDO", "true", "TRUE"},
+                 {"UNDO", "yes", "FALSE"},
+                 {"NO_SUCH_KEY", "1", ""}};
+    for (const auto& row : table) {
+        const std::string before = setting_text(row.name);
+        EXPECT_EQ(apply_setting(row.name, row.text), *row.want != '\0') << row.name << row.text;
+        EXPECT_EQ(setting_text(row.name), *row.want != '\0' ? row.want : before) << row.name << row.text;
+    }
+    EXPECT_EQ(setting_colour("REAL_COLOR"), 0xa0b1c2u);
+    EXPECT_EQ(setting_number("AS_MULT"), 2.5);
+    EXPECT_EQ(run("ini list contour levels"), 2);
+    EXPECT_NE(platform_.replies.back().find("IP_LEVELS=10 "), std::string::npos);
+    refused("ini set nosuch 1", "ZOLT.INI has no key nosuch.");
+    refused("ini set AXIS ppm", "AXIS does not take the value ppm");
+}
+
+TEST_F(ConfigTest, SavingKeepsWhatItDoesNotChange) {
+    const std::string text =
+        "# mine\r\nLINK1=old\r\nlink1\t=  SF 1;\r\nUnknown=x\r\n;IP_LEVELS=10\r\nAS_MULT=2.50\r\n[odd]\r\nUNDO=FALSE";
+    const auto ini = root_.write("ZOLT.INI", text);
+    run("ini");
+    EXPECT_EQ(run("ini save"), 1);
+    EXPECT_EQ(test::read_file(ini), text + "\r\n") << "nothing has been set";
+    for (const char* line : {"ini set LINK1 LB=2;EM;", "ini set ip_levels 7", "ini set BROWSER my browser", "UN", "header 2"})
+        EXPECT_EQ(run(line), 1) << line;
+    EXPECT_EQ(run("ini save"), 1);
+    EXPECT_EQ(test::read_file(ini),
+              "# mine\r\nLINK1=old\r\nlink1\t=  LB=2;EM;\r\nUnknown=x\r\n;IP_LEVELS=10\r\nIP_LEVELS=7\r\nAS_MULT=2.50\r\n[odd]\r\n"
+              "UNDO=TRUE\r\nBrowser=my browser\r\nZOLT_HEADER_VERSION=2\r\n");
+    std::filesystem::create_directories(root_.path("folder"));
+    refused("ini save folder", "The configuration could not be written to\n");
+    refused("ini sample ZOLT.INI", "is there already.");
+}
+
+TEST_F(ConfigTest, WhereTheRootIsNotWritableTheUsersOwnFolderServes) {
+    root_.write("installed/ZOLT.INI", "EXPERT_MODE=TRUE\nLINK1=a;\n");
+    setenv("XDG_CONFIG_HOME", root_.path("user").c_str(), 1);
+    std::filesystem::permissions(root_.path("installed"), std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
+    if (access(root_.path("installed").c_str(), W_OK) != 0) {  // always writable for the system's administrator
+        root_.write("user/zolt/ZOLT.INI", "LINK1=b;\n");
+        set_root_path(root_.path("installed"));
+        EXPECT_TRUE(read_configuration(""));
+        EXPECT_TRUE(session.expert) << "the installed file is read first";
+        EXPECT_EQ(settings.links[1], "b;") << "the user's own over it";
+        settings.links[2] = "c;";
+        EXPECT_EQ(run("ini save"), 1);
+        EXPECT_EQ(test::read_file(root_.path("user/zolt/ZOLT.INI")), "LINK1=b;\nLINK2=c;\n");
+        EXPECT_EQ(data_path(false), root_.path("user/zolt/DATA"));
+        EXPECT_EQ(find_macro("x", ""), "");
+    }
+    std::filesystem::permissions(root_.path("installed"), std::filesystem::perms::owner_all);
+    setenv("ZOLT_ROOT", root_.path("elsewhere").c_str(), 1);
+    set_root_path("");
+    EXPECT_EQ(root_path(), root_.path("elsewhere"));
+    set_root_path(root_.path());
+    EXPECT_EQ(root_path(), root_.path()) << "a root that is named goes first";
+    unsetenv("ZOLT_ROOT");
+    unsetenv("XDG_CONFIG_HOME");
 }
 
 TEST_F(ConfigTest, ScratchFoldersOfDeadProcessesGoThoseOfLiveOnesStay) {

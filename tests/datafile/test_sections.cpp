@@ -38,7 +38,7 @@ protected:
             data.peaks.push_back(peak);
         }
         data.meta_objects = {{"/objects/my molecule.mol", 1, 10, 20, 30, 40, 0.5, -0.25, 1.75, 2}};
-        data.command_log = "LB 1\r\nFT\r\n";
+        data.command_log = {"LB 1\r\nFT\r\n"};
         DataBuffer buffer;
         buffer.number = 2;
         buffer.comment = "before = raw";
@@ -74,7 +74,7 @@ TEST_F(SectionsTest, EverythingComesBackInEveryHeaderType) {
                 EXPECT_EQ(show.peaks[i].offset_y, -7);
             }
             EXPECT_EQ(show.meta_objects, want.meta_objects);
-            EXPECT_EQ(show.command_log, want.command_log);
+            EXPECT_EQ(show.command_log.text, want.command_log.text);
             EXPECT_EQ(show.buffers, want.buffers);
             EXPECT_EQ(data(), std::vector<Complex>(points.begin(), points.begin() + 16));
             // The slices of the buffers are none of the data set.

@@ -109,7 +109,7 @@ TEST_F(ProcessingTest, BoxesSetStoredValuesAndTheLogTellsWhatWasUsed) {
         EXPECT_EQ(value, 3.5F) << "kept when the answer is no number";
     }
     for (const char* line : {"EM", "GM", "em 2", "PB -75.5", "PC", "PC 1"}) EXPECT_EQ(run(line), 1) << line;
-    EXPECT_EQ(test::read_file(root_.path("ZOLT.LOG")),
+    EXPECT_EQ(test::read_file(root_.path("DATA/ZOLT.LOG")),
               "LB 3.500000\r\nPA 3.500000\r\nPB 3.500000\r\nEM 3.500000\r\nGM 3.500000\r\nem 2\r\nPB -75.5\r\n"
               "PC 3.500000 -75.500000 0.000000\r\nPC 1\r\n");
 }
