@@ -6,7 +6,9 @@
 #include <string>
 
 #include "common/text.h"
+#include "common/vectorised.h"
 #include "platform/platform.h"
+#include "processing/along.h"
 #include "processing/processing_commands.h"
 #include "processing/values.h"
 #include "state/dataset.h"
@@ -55,26 +57,71 @@ void Rotation::fill(size_t first, std::array<double, block>& cosine, std::array<
     }
 }
 
+namespace {
+
+ZOLT_VECTORISED void rotate_parts(float* __restrict x, const double* __restrict c, const double* __restrict s, size_t n) {
+    for (size_t j = 0; j < n; ++j) {
+        const double r = double{x[2 * j]}, i = double{x[2 * j + 1]};
+        x[2 * j] = static_cast<float>(r * c[j] + i * s[j]);
+        x[2 * j + 1] = static_cast<float>(i * c[j] - r * s[j]);
+    }
+}
+
+}  // namespace
+
 void rotate(std::span<Complex> x, const Rotation& rotation, size_t first) {
     std::array<double, Rotation::block> cosine, sine;
     for (size_t at = 0; at < x.size(); at += Rotation::block) {
         rotation.fill(first + at, cosine, sine);
-        const std::span<Complex> part = x.subspan(at, std::min(Rotation::block, x.size() - at));
-        for (size_t j = 0; j < part.size(); ++j) {
-            const double r = part[j].real(), i = part[j].imag();
-            part[j] = {static_cast<float>(r * cosine[j] + i * sine[j]), static_cast<float>(i * cosine[j] - r * sine[j])};
-        }
+        const auto part = x.subspan(at, std::min(Rotation::block, x.size() - at));
+        rotate_parts(reinterpret_cast<float*>(part.data()), cosine.data(), sine.data(), part.size());
     }
 }
 
+bool rotation_table(const Rotation& rotation, size_t n, Buffer<Complex>& factors) {
+    if (!factors.allocate(n)) return false;
+    std::fill(factors.span().begin(), factors.span().end(), Complex(1, 0));
+    rotate(factors.span(), rotation);
+    return true;
+}
+
+bool rotate_vectors(VectorStore& store, const Rotation& rotation) {
+    Buffer<Complex> factors;
+    if (store.count() > 1 && rotation_table(rotation, store.points(), factors))
+        return for_each_vector(store, [&](std::span<Complex> x) { turn(x, factors.span()); });
+    return for_each_vector(store, [&](std::span<Complex> x) { rotate(x, rotation); });
+}
+
+namespace {
+
+double radians(float angle) { return double{angle} * 6.283185307179586 / 360.0; }
+
+Rotation rotation_by(const PhaseAngles& degrees, double pivot, size_t n) {
+    return {radians(degrees[0]), radians(degrees[1]), radians(degrees[2]), pivot, n};
+}
+
+}  // namespace
+
 int phase_correct(const PhaseAngles& degrees, double pivot, bool update_totals) {
     if (show.level > 3) return refuse(format_text("Phase Correct is not supported with Arrayed mode level %d", show.level));
-    const auto radians = [](float angle) { return angle * 6.283185307179586 / 360.0; };
-    const Rotation rotation(radians(degrees[0]), radians(degrees[1]), radians(degrees[2]), pivot, show.store.points());
-    for_each_vector(show.store, [&](std::span<Complex> x) { rotate(x, rotation); });
+    if (!rotate_vectors(show.store, rotation_by(degrees, pivot, show.store.points()))) return cancelled("Phase Correct");
     // A link or macro that phases slice after slice counts the angles once, with the first slice.
     if (update_totals && !(playing_back() && show.slice != 0))
         for (size_t order = 0; order < degrees.size(); ++order) show.dims[0].phase_totals[order] += degrees[order];
+    mark_changed();
+    return 1;
+}
+
+int phase_correct_along(int dimension, const PhaseAngles& degrees) {
+    const auto along = along_or_refuse(dimension, "PhaseDim");
+    if (!along) return 0;
+    Buffer<Complex> factors;
+    if (!rotation_table(rotation_by(degrees, 0, along->length), along->length, factors))
+        return refuse("There is no memory for the phases of PhaseDim.");
+    const bool done = for_each_vector(show.store, [&](std::span<Complex> x, size_t i) { turn(x, factors[along->place(i)]); });
+    if (!done) return cancelled("PhaseDim");
+    Dimension& turned = show.dims[static_cast<size_t>(dimension - 1)];
+    for (size_t order = 0; order < degrees.size(); ++order) turned.phase_totals[order] += degrees[order];
     mark_changed();
     return 1;
 }
@@ -106,6 +153,21 @@ int cmd_zp(Arguments& args) {
     for (float& angle : back) angle = -angle;
     const WaitCursor wait;
     return phase_correct(back, 0, true);
+}
+
+int cmd_phasedim(Arguments& args) {
+    constexpr const char* usage = "  - USAGE:  PhaseDim   2D / 3D / 4D   A   [B   [C]]";
+    const int dimension = args.ask_usage() ? 1 : take_dimension(args);
+    std::string word = args.next();
+    if (dimension == 1 || word.empty()) return show_reply(usage);
+    PhaseAngles degrees{};
+    for (size_t order = 0; order < degrees.size() && !word.empty(); ++order, word = args.next()) {
+        const auto value = number_argument(word);
+        if (!value) return not_a_number(word);
+        degrees[order] = *value;
+    }
+    const WaitCursor wait;
+    return phase_correct_along(dimension, degrees);
 }
 
 }  // namespace zolt

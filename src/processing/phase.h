@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <span>
 
+#include "common/buffer.h"
 #include "state/vectors.h"
 
 namespace zolt {
@@ -32,11 +33,21 @@ private:
 /// Multiplies the points by e^(-i phase); x[0] has the phase of point `first`.
 void rotate(std::span<Complex> x, const Rotation& rotation, size_t first = 0);
 
+/// e^(-i phase) of n points; false without memory.
+bool rotation_table(const Rotation& rotation, size_t n, Buffer<Complex>& factors);
+
+/// Rotates every vector of the store, one alone by the angles themselves, many by a table of them. False, and every point
+/// as before, when the user has cancelled.
+bool rotate_vectors(VectorStore& store, const Rotation& rotation);
+
 /// Angles of a phase correction in degrees: zero, first and second order.
 using PhaseAngles = std::array<float, 3>;
 
 /// Rotates the vectors of the current level about a pivot (in points). With `update_totals` the angles are added to the
 /// totals of dimension 1. 1 when done; at a level without it, 0 with its message and nothing changed.
 int phase_correct(const PhaseAngles& degrees, double pivot, bool update_totals);
+
+/// Rotates along dimension 2, 3 or 4 about its first point, and adds the angles to its totals. 1 when done.
+int phase_correct_along(int dimension, const PhaseAngles& degrees);
 
 }  // namespace zolt
