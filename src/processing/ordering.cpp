@@ -9,6 +9,7 @@
 
 #include "common/numbers.h"
 #include "common/text.h"
+#include "common/vectorised.h"
 #include "platform/platform.h"
 #include "processing/along.h"
 #include "processing/processing_commands.h"
@@ -27,19 +28,28 @@ void shift(std::span<Complex> x, int64_t amount) {
         std::fill(x.begin(), std::copy_backward(x.begin(), x.end() + n, x.end()), Complex());
 }
 
-void magnitude(std::span<Complex> x) {
-    for (Complex& point : x) {
-        const double re = point.real(), im = point.imag();
-        point = {static_cast<float>(std::sqrt(re * re + im * im)), 0};
+namespace {
+
+ZOLT_VECTORISED void magnitude_parts(float* x, size_t n) {
+    for (size_t k = 0; k < n; ++k) {
+        const double re = double{x[2 * k]}, im = double{x[2 * k + 1]};
+        x[2 * k] = static_cast<float>(__builtin_sqrt(re * re + im * im));
+        x[2 * k + 1] = 0;
     }
 }
 
-void power(std::span<Complex> x) {
-    for (Complex& point : x) {
-        const double re = point.real(), im = point.imag();
-        point = {static_cast<float>(re * re + im * im), 0};
+ZOLT_VECTORISED void power_parts(float* x, size_t n) {
+    for (size_t k = 0; k < n; ++k) {
+        x[2 * k] = x[2 * k] * x[2 * k] + x[2 * k + 1] * x[2 * k + 1];
+        x[2 * k + 1] = 0;
     }
 }
+
+}  // namespace
+
+void magnitude(std::span<Complex> x) { magnitude_parts(reinterpret_cast<float*>(x.data()), x.size()); }
+
+void power(std::span<Complex> x) { power_parts(reinterpret_cast<float*>(x.data()), x.size()); }
 
 PairExchange pair_exchange(std::string_view word) {
     static constexpr struct {

@@ -36,58 +36,94 @@ double Rotation::phase(size_t k) const {
     return zero_order_ + first_order_ * ((at - pivot_) / n_) + second_order_ * q * q;
 }
 
-void Rotation::fill(size_t first, std::array<double, block>& cosine, std::array<double, block>& sine) const {
-    const double start = phase(first);
-    double c = std::cos(start), s = std::sin(start);
-    if (second_order_ == 0) {
-        for (size_t j = 0; j < block; ++j) {
-            cosine[j] = c * cosine_[j] - s * sine_[j];
-            sine[j] = s * cosine_[j] + c * sine_[j];
-        }
-        return;
-    }
-    const double step = 2 * second_order_ * (static_cast<double>(first) / n_) / n_;
-    const double step_cosine = std::cos(step), step_sine = std::sin(step);
+namespace {
+
+constexpr size_t block = Rotation::block;
+using Block = std::array<double, block>;
+
+// (c, s) turned by each angle of a table of cosines and sines.
+ZOLT_VECTORISED void turn_table(double c, double s, const double* __restrict cosines, const double* __restrict sines,
+                                double* __restrict cosine, double* __restrict sine) {
     for (size_t j = 0; j < block; ++j) {
-        cosine[j] = c * cosine_[j] - s * sine_[j];
-        sine[j] = s * cosine_[j] + c * sine_[j];
-        const double turned = c * step_cosine - s * step_sine;
-        s = s * step_cosine + c * step_sine;
-        c = turned;
+        cosine[j] = c * cosines[j] - s * sines[j];
+        sine[j] = s * cosines[j] + c * sines[j];
     }
 }
 
-namespace {
+// The same with an angle that grows by one step from place to place.
+ZOLT_VECTORISED void turn_table_by(const double* __restrict c, const double* __restrict s, const double* __restrict cosines,
+                                   const double* __restrict sines, double* __restrict cosine, double* __restrict sine) {
+    for (size_t j = 0; j < block; ++j) {
+        cosine[j] = c[j] * cosines[j] - s[j] * sines[j];
+        sine[j] = s[j] * cosines[j] + c[j] * sines[j];
+    }
+}
 
-ZOLT_VECTORISED void rotate_parts(float* __restrict x, const double* __restrict c, const double* __restrict s, size_t n) {
-    for (size_t j = 0; j < n; ++j) {
-        const double r = double{x[2 * j]}, i = double{x[2 * j + 1]};
-        x[2 * j] = static_cast<float>(r * c[j] + i * s[j]);
-        x[2 * j + 1] = static_cast<float>(i * c[j] - r * s[j]);
+// e^(-i angle) as factors, rounded once.
+ZOLT_VECTORISED void to_factors(const double* __restrict cosine, const double* __restrict sine, float* __restrict factors) {
+    for (size_t j = 0; j < block; ++j) {
+        factors[2 * j] = static_cast<float>(cosine[j]);
+        factors[2 * j + 1] = static_cast<float>(-sine[j]);
+    }
+}
+
+// Cosine and sine of angle + j step: the first places by turning, the others from them, several at a time.
+void fill_turning(double angle, double step, Block& c, Block& s) {
+    constexpr size_t lanes = 8;
+    for (size_t j = 0; j < lanes; ++j) {
+        const double at = angle + static_cast<double>(j) * step;
+        c[j] = std::cos(at);
+        s[j] = std::sin(at);
+    }
+    const double turn_c = std::cos(lanes * step), turn_s = std::sin(lanes * step);
+    for (size_t j = lanes; j < block; ++j) {
+        c[j] = c[j - lanes] * turn_c - s[j - lanes] * turn_s;
+        s[j] = s[j - lanes] * turn_c + c[j - lanes] * turn_s;
     }
 }
 
 }  // namespace
 
+void Rotation::fill(size_t first, Block& cosine, Block& sine) const {
+    const double start = phase(first);
+    if (second_order_ == 0)
+        return turn_table(std::cos(start), std::sin(start), cosine_.data(), sine_.data(), cosine.data(), sine.data());
+    Block c, s;
+    fill_turning(start, 2 * second_order_ * (static_cast<double>(first) / n_) / n_, c, s);
+    turn_table_by(c.data(), s.data(), cosine_.data(), sine_.data(), cosine.data(), sine.data());
+}
+
+void Rotation::fill(size_t first, std::array<Complex, block>& factors) const {
+    Block cosine, sine;
+    fill(first, cosine, sine);
+    to_factors(cosine.data(), sine.data(), reinterpret_cast<float*>(factors.data()));
+}
+
 void rotate(std::span<Complex> x, const Rotation& rotation, size_t first) {
-    std::array<double, Rotation::block> cosine, sine;
-    for (size_t at = 0; at < x.size(); at += Rotation::block) {
-        rotation.fill(first + at, cosine, sine);
-        const auto part = x.subspan(at, std::min(Rotation::block, x.size() - at));
-        rotate_parts(reinterpret_cast<float*>(part.data()), cosine.data(), sine.data(), part.size());
+    std::array<Complex, block> factors;
+    if (rotation.constant()) {
+        rotation.fill(0, factors);
+        return turn(x, factors[0]);
+    }
+    for (size_t at = 0; at < x.size(); at += block) {
+        rotation.fill(first + at, factors);
+        turn(x.subspan(at, std::min(block, x.size() - at)), std::span<const Complex>(factors));
     }
 }
 
 bool rotation_table(const Rotation& rotation, size_t n, Buffer<Complex>& factors) {
     if (!factors.allocate(n)) return false;
-    std::fill(factors.span().begin(), factors.span().end(), Complex(1, 0));
-    rotate(factors.span(), rotation);
+    std::array<Complex, block> part;
+    for (size_t at = 0; at < n; at += block) {
+        rotation.fill(at, part);
+        std::copy_n(part.begin(), std::min(block, n - at), factors.data() + at);
+    }
     return true;
 }
 
 bool rotate_vectors(VectorStore& store, const Rotation& rotation) {
     Buffer<Complex> factors;
-    if (store.count() > 1 && rotation_table(rotation, store.points(), factors))
+    if (store.count() > 1 && !rotation.constant() && rotation_table(rotation, store.points(), factors))
         return for_each_vector(store, [&](std::span<Complex> x) { turn(x, factors.span()); });
     return for_each_vector(store, [&](std::span<Complex> x) { rotate(x, rotation); });
 }

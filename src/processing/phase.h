@@ -22,6 +22,10 @@ public:
     double phase(size_t k) const;
     /// cos and sin of the phase at the points first ... first + block - 1, to the rounding of a double.
     void fill(size_t first, std::array<double, block>& cosine, std::array<double, block>& sine) const;
+    /// The same as factors e^(-i phase), rounded once.
+    void fill(size_t first, std::array<Complex, block>& factors) const;
+    /// All points have the same phase.
+    bool constant() const { return first_order_ == 0 && second_order_ == 0; }
 
 private:
     double zero_order_, first_order_, second_order_, pivot_, n_;

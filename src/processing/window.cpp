@@ -7,6 +7,7 @@
 #include <string>
 
 #include "common/text.h"
+#include "common/vectorised.h"
 #include "platform/platform.h"
 #include "processing/processing_commands.h"
 #include "processing/values.h"
@@ -37,19 +38,34 @@ double Window::weight(size_t distance) const {
     return std::exp(-(linear_ * t + square_ * t * t));
 }
 
+namespace {
+
+ZOLT_VECTORISED void scaled(double factor, const double* __restrict table, float* __restrict weights) {
+    for (size_t j = 0; j < Weights::block; ++j) weights[j] = static_cast<float>(factor * table[j]);
+}
+
+ZOLT_VECTORISED void product(const double* __restrict factors, const double* __restrict table, float* __restrict weights) {
+    for (size_t j = 0; j < Weights::block; ++j) weights[j] = static_cast<float>(factors[j] * table[j]);
+}
+
+// factor step^j: the first places one from another, the others from them, several at a time.
+void fill_powers(double factor, double step, std::array<double, Weights::block>& powers) {
+    constexpr size_t lanes = 8;
+    double leap = 1;
+    for (size_t j = 0; j < lanes; ++j, factor *= step, leap *= step) powers[j] = factor;
+    for (size_t j = lanes; j < powers.size(); ++j) powers[j] = powers[j - lanes] * leap;
+}
+
+}  // namespace
+
 void Window::fill_behind(size_t distance, std::array<float, block>& weights) const {
     // With t = first + j: e^-(linear t) = e^-(linear first) e^-(linear j), and for the square a third factor,
-    // e^-(2 square first j), the j-th power of `step`.
-    double factor = weight(distance);
-    if (square_ == 0) {
-        for (size_t j = 0; j < block; ++j) weights[j] = static_cast<float>(factor * head_[j]);
-        return;
-    }
-    const double step = std::exp(-2 * square_ * static_cast<double>(distance));
-    for (size_t j = 0; j < block; ++j) {
-        weights[j] = static_cast<float>(factor * head_[j]);
-        factor *= step;
-    }
+    // e^-(2 square first j), the j-th power of one number.
+    const double factor = weight(distance);
+    if (square_ == 0) return scaled(factor, head_.data(), weights.data());
+    std::array<double, block> powers;
+    fill_powers(factor, std::exp(-2 * square_ * static_cast<double>(distance)), powers);
+    product(powers.data(), head_.data(), weights.data());
 }
 
 void Window::fill(size_t first, std::array<float, block>& weights) const {
