@@ -4,7 +4,7 @@
 
 // Sanitizers are not yet at work when the variant is chosen.
 #if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && !defined(__SANITIZE_ADDRESS__)
-#define ZOLT_VECTORISED __attribute__((target_clones("avx2", "default")))
+#define ZOLT_VECTORISED __attribute__((target_clones("avx512f", "avx2", "default")))
 #else
 #define ZOLT_VECTORISED
 #endif

@@ -25,7 +25,6 @@ namespace {
 
 // The parts of points, which a plain loop over floats reaches better than one over complex numbers.
 float* parts(std::span<Complex> x) { return reinterpret_cast<float*>(x.data()); }
-const float* parts(std::span<const Complex> x) { return reinterpret_cast<const float*>(x.data()); }
 
 ZOLT_VECTORISED void weigh_parts(float* __restrict x, const float* __restrict weights, size_t n) {
     for (size_t k = 0; k < n; ++k) {
@@ -36,24 +35,6 @@ ZOLT_VECTORISED void weigh_parts(float* __restrict x, const float* __restrict we
 
 ZOLT_VECTORISED void scale_parts(float* x, float factor, size_t count) {
     for (size_t k = 0; k < count; ++k) x[k] *= factor;
-}
-
-ZOLT_VECTORISED void turn_parts(float* __restrict x, const float* __restrict f, size_t n) {
-    for (size_t k = 0; k < n; ++k) {
-        const float re = x[2 * k] * f[2 * k] - x[2 * k + 1] * f[2 * k + 1];
-        const float im = x[2 * k] * f[2 * k + 1] + x[2 * k + 1] * f[2 * k];
-        x[2 * k] = re;
-        x[2 * k + 1] = im;
-    }
-}
-
-ZOLT_VECTORISED void turn_parts_by_one(float* x, float c, float s, size_t n) {
-    for (size_t k = 0; k < n; ++k) {
-        const float re = x[2 * k] * c - x[2 * k + 1] * s;
-        const float im = x[2 * k] * s + x[2 * k + 1] * c;
-        x[2 * k] = re;
-        x[2 * k + 1] = im;
-    }
 }
 
 }  // namespace
@@ -72,12 +53,6 @@ void weigh(std::span<Complex> x, std::span<const float> weights) {
 }
 
 void scale(std::span<Complex> x, float factor) { scale_parts(parts(x), factor, 2 * x.size()); }
-
-void turn(std::span<Complex> x, std::span<const Complex> factors) {
-    turn_parts(parts(x), parts(factors), std::min(x.size(), factors.size()));
-}
-
-void turn(std::span<Complex> x, Complex factor) { turn_parts_by_one(parts(x), factor.real(), factor.imag(), x.size()); }
 
 std::optional<Along> along_or_refuse(int dimension, const char* name) {
     const auto along = along_dimension(show, dimension);

@@ -1,4 +1,4 @@
-// What commands share that work along any dimension: weights and factors by place, and the refusals.
+// What commands share that work along any dimension: weights by place, and the refusals.
 #pragma once
 
 #include <array>
@@ -28,10 +28,6 @@ public:
 void weigh(std::span<Complex> x, const Weights& weights);
 void weigh(std::span<Complex> x, std::span<const float> weights);
 void scale(std::span<Complex> x, float factor);
-/// Multiplies every point by its factor, or all by one.
-void turn(std::span<Complex> x, std::span<const Complex> factors);
-void turn(std::span<Complex> x, Complex factor);
-
 /// How the dimension stands in the current level; after its message nothing:
 /// "<name> in 2nd dimension not supported in Arrayed mode level %d".
 std::optional<Along> along_or_refuse(int dimension, const char* name);

@@ -51,13 +51,13 @@ int complex_ft(bool sort) {
     Dimension& dimension = show.dims[0];
     const bool mirrored = dimension.sense < 0, delayed = delay_is_pending();
     const Rotation rotation = delay_rotation(show.group_delay, show.store.points(), domain_complex);
-    Buffer<Complex> factors;
-    const bool tabled = delayed && sort && show.store.count() > 1 && rotation_table(rotation, show.store.points(), factors);
+    RotationTable table;
+    const bool tabled = delayed && sort && show.store.count() > 1 && table.fill(rotation, show.store.points());
     const bool done = for_each_vector(show.store, [&](std::span<Complex> x) {
         if (mirrored) conjugate(x);
         forward_complex_ft(x, sort);
         if (tabled)
-            turn(x, factors.span());
+            table.rotate(x);
         else if (delayed)
             rotate_spectrum(x, rotation, sort);
     });

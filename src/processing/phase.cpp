@@ -59,13 +59,24 @@ ZOLT_VECTORISED void turn_table_by(const double* __restrict c, const double* __r
     }
 }
 
-// e^(-i angle) as factors, rounded once.
-ZOLT_VECTORISED void to_factors(const double* __restrict cosine, const double* __restrict sine, float* __restrict factors) {
-    for (size_t j = 0; j < block; ++j) {
-        factors[2 * j] = static_cast<float>(cosine[j]);
-        factors[2 * j + 1] = static_cast<float>(-sine[j]);
+// Computed in double precision, rounded once.
+ZOLT_VECTORISED void turn_parts(float* __restrict x, const double* __restrict c, const double* __restrict s, size_t n) {
+    for (size_t k = 0; k < n; ++k) {
+        const double r = double{x[2 * k]}, i = double{x[2 * k + 1]};
+        x[2 * k] = static_cast<float>(r * c[k] + i * s[k]);
+        x[2 * k + 1] = static_cast<float>(i * c[k] - r * s[k]);
     }
 }
+
+ZOLT_VECTORISED void turn_parts_by_one(float* x, double c, double s, size_t n) {
+    for (size_t k = 0; k < n; ++k) {
+        const double r = double{x[2 * k]}, i = double{x[2 * k + 1]};
+        x[2 * k] = static_cast<float>(r * c + i * s);
+        x[2 * k + 1] = static_cast<float>(i * c - r * s);
+    }
+}
+
+float* parts(std::span<Complex> x) { return reinterpret_cast<float*>(x.data()); }
 
 // Cosine and sine of angle + j step: the first places by turning, the others from them, several at a time.
 void fill_turning(double angle, double step, Block& c, Block& s) {
@@ -93,38 +104,40 @@ void Rotation::fill(size_t first, Block& cosine, Block& sine) const {
     turn_table_by(c.data(), s.data(), cosine_.data(), sine_.data(), cosine.data(), sine.data());
 }
 
-void Rotation::fill(size_t first, std::array<Complex, block>& factors) const {
-    Block cosine, sine;
-    fill(first, cosine, sine);
-    to_factors(cosine.data(), sine.data(), reinterpret_cast<float*>(factors.data()));
-}
-
 void rotate(std::span<Complex> x, const Rotation& rotation, size_t first) {
-    std::array<Complex, block> factors;
-    if (rotation.constant()) {
-        rotation.fill(0, factors);
-        return turn(x, factors[0]);
-    }
+    if (rotation.constant())
+        return turn_parts_by_one(parts(x), std::cos(rotation.phase(first)), std::sin(rotation.phase(first)), x.size());
+    Block cosine, sine;
     for (size_t at = 0; at < x.size(); at += block) {
-        rotation.fill(first + at, factors);
-        turn(x.subspan(at, std::min(block, x.size() - at)), std::span<const Complex>(factors));
+        rotation.fill(first + at, cosine, sine);
+        const auto part = x.subspan(at, std::min(block, x.size() - at));
+        turn_parts(parts(part), cosine.data(), sine.data(), part.size());
     }
 }
 
-bool rotation_table(const Rotation& rotation, size_t n, Buffer<Complex>& factors) {
-    if (!factors.allocate(n)) return false;
-    std::array<Complex, block> part;
+bool RotationTable::fill(const Rotation& rotation, size_t n) {
+    if (!cosine_.allocate(n) || !sine_.allocate(n)) return false;
+    Block cosine, sine;
     for (size_t at = 0; at < n; at += block) {
-        rotation.fill(at, part);
-        std::copy_n(part.begin(), std::min(block, n - at), factors.data() + at);
+        rotation.fill(at, cosine, sine);
+        std::copy_n(cosine.begin(), std::min(block, n - at), cosine_.data() + at);
+        std::copy_n(sine.begin(), std::min(block, n - at), sine_.data() + at);
     }
     return true;
 }
 
+void RotationTable::rotate(std::span<Complex> x) const {
+    turn_parts(parts(x), cosine_.data(), sine_.data(), std::min(x.size(), cosine_.size()));
+}
+
+void RotationTable::rotate_all(std::span<Complex> x, size_t place) const {
+    turn_parts_by_one(parts(x), cosine_[place], sine_[place], x.size());
+}
+
 bool rotate_vectors(VectorStore& store, const Rotation& rotation) {
-    Buffer<Complex> factors;
-    if (store.count() > 1 && !rotation.constant() && rotation_table(rotation, store.points(), factors))
-        return for_each_vector(store, [&](std::span<Complex> x) { turn(x, factors.span()); });
+    RotationTable table;
+    if (store.count() > 1 && !rotation.constant() && table.fill(rotation, store.points()))
+        return for_each_vector(store, [&](std::span<Complex> x) { table.rotate(x); });
     return for_each_vector(store, [&](std::span<Complex> x) { rotate(x, rotation); });
 }
 
@@ -151,10 +164,10 @@ int phase_correct(const PhaseAngles& degrees, double pivot, bool update_totals) 
 int phase_correct_along(int dimension, const PhaseAngles& degrees) {
     const auto along = along_or_refuse(dimension, "PhaseDim");
     if (!along) return 0;
-    Buffer<Complex> factors;
-    if (!rotation_table(rotation_by(degrees, 0, along->length), along->length, factors))
+    RotationTable table;
+    if (!table.fill(rotation_by(degrees, 0, along->length), along->length))
         return refuse("There is no memory for the phases of PhaseDim.");
-    const bool done = for_each_vector(show.store, [&](std::span<Complex> x, size_t i) { turn(x, factors[along->place(i)]); });
+    const bool done = for_each_vector(show.store, [&](std::span<Complex> x, size_t i) { table.rotate_all(x, along->place(i)); });
     if (!done) return cancelled("PhaseDim");
     Dimension& turned = show.dims[static_cast<size_t>(dimension - 1)];
     for (size_t order = 0; order < degrees.size(); ++order) turned.phase_totals[order] += degrees[order];

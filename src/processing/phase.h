@@ -22,8 +22,6 @@ public:
     double phase(size_t k) const;
     /// cos and sin of the phase at the points first ... first + block - 1, to the rounding of a double.
     void fill(size_t first, std::array<double, block>& cosine, std::array<double, block>& sine) const;
-    /// The same as factors e^(-i phase), rounded once.
-    void fill(size_t first, std::array<Complex, block>& factors) const;
     /// All points have the same phase.
     bool constant() const { return first_order_ == 0 && second_order_ == 0; }
 
@@ -37,8 +35,19 @@ private:
 /// Multiplies the points by e^(-i phase); x[0] has the phase of point `first`.
 void rotate(std::span<Complex> x, const Rotation& rotation, size_t first = 0);
 
-/// e^(-i phase) of n points; false without memory.
-bool rotation_table(const Rotation& rotation, size_t n, Buffer<Complex>& factors);
+/// The cosines and sines of a rotation, for many vectors or for the places along another dimension.
+class RotationTable {
+public:
+    /// Those of n points; false without memory.
+    [[nodiscard]] bool fill(const Rotation& rotation, size_t n);
+    /// Turns each point by its own angle, with one rounding to single precision.
+    void rotate(std::span<Complex> x) const;
+    /// Turns all of them by the angle of one place.
+    void rotate_all(std::span<Complex> x, size_t place) const;
+
+private:
+    Buffer<double> cosine_, sine_;
+};
 
 /// Rotates every vector of the store, one alone by the angles themselves, many by a table of them. False, and every point
 /// as before, when the user has cancelled.
