@@ -15,6 +15,7 @@
 #include "import/export.h"
 #include "import/import_commands.h"
 #include "macro/macro_commands.h"
+#include "macro/process.h"
 #include "processing/processing_commands.h"
 #include "state/parameters.h"
 
@@ -316,6 +317,9 @@ constexpr Command keywords[] = {
     {"SineBell", cmd_sinebell, needs_data | redraws, "SineBell [2D / 3D / 4D] [offset] [end] [power]", "sine bell window"},
     {"ZeroFill", cmd_zerofill, needs_data | redraws, "ZeroFill [2D / 3D / 4D] [points]", "zero fill to a number of points"},
     {"PhaseDim", cmd_phasedim, needs_data | redraws, "PhaseDim 2D / 3D / 4D A [B [C]]", "phase correction along another dimension"},
+    {"EchoAntiEcho", cmd_echoantiecho, needs_data | redraws, "EchoAntiEcho", "cosine and sine parts of echo and anti-echo pairs"},
+    {"Process", cmd_process, needs_data | redraws, "Process or AutoProcess [?]", "processes the data set as it calls for; ? lists the commands"},
+    {"AutoProcess", cmd_process, needs_data | redraws, "Process or AutoProcess [?]", "processes the data set as it calls for; ? lists the commands"},
     {"AlternateSign", cmd_alternatesign, needs_data | redraws, "AlternateSign 2D / 3D / 4D", "changes the sign of every other point"},
     {"Reference", cmd_reference, needs_data | redraws, "Reference [2D / 3D / 4D] ppm [at ppm / point n]", "sets the shift of the tallest point, or of the one named"},
     {"TailerExport", cmd_tailerexport, needs_data, "TailerExport", "writes the tailer of File A as a text file (.tlr)"},

@@ -1,6 +1,7 @@
 // FT and BR: the transforms of fourier.h applied to the whole data set, and what they change of its state.
 #include <algorithm>
 #include <complex>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -139,28 +140,45 @@ std::string no_column(int dimension) {
     return format_text("Memory alloction failure for cvdata in complex_ft_%dD function.", dimension);
 }
 
-int complex_ft_along(int dimension) {
-    if (dimension == 1) return complex_ft(true);
+// Applies a transform to the columns along dimension 2, 3 or 4.
+int transform_along(int dimension, const char* name, const std::function<void(std::span<Complex>)>& kernel) {
     Dimension& transformed = show.dims[static_cast<size_t>(dimension - 1)];
     const auto along = along_dimension(show, dimension);
     if (!is_power_of_two(along ? along->length : static_cast<uint64_t>(std::max(0, transformed.points))))
         return refuse(format_text("Data must be power of 2 in the %s dimension", ordinal(dimension)));
-    if (!along_or_refuse(dimension, "Complex FT")) return 0;
-    const bool mirrored = transformed.sense < 0;
-    const auto kernel = [mirrored](std::span<Complex> x) {
-        if (mirrored) conjugate(x);
-        forward_complex_ft(x, true);
-    };
-    // The columns lie in a buffer of their own, aligned as any.
+    if (!along_or_refuse(dimension, name)) return 0;
     Buffer<Complex> probe;
     if (!probe.allocate(along->length)) return refuse(no_column(dimension));
     if (!fft_available(probe.data(), along->length, -1)) return refuse("Forward FT routine failed");
     const ColumnWork work = for_each_column(show.store, *along, kernel);
     if (work == ColumnWork::no_memory) return refuse(no_column(dimension));
-    if (work == ColumnWork::cancelled) return cancelled("Complex FT");
+    if (work == ColumnWork::cancelled) return cancelled(name);
     transformed.sense = 1;
     becomes_spectrum(transformed);
     return 1;
+}
+
+int complex_ft_along(int dimension) {
+    if (dimension == 1) return complex_ft(true);
+    const bool mirrored = show.dims[static_cast<size_t>(dimension - 1)].sense < 0;
+    return transform_along(dimension, "Complex FT", [mirrored](std::span<Complex> x) {
+        if (mirrored) conjugate(x);
+        forward_complex_ft(x, true);
+    });
+}
+
+// FT sequential [2D / 3D / 4D]: real samples, two to a point. They are the same for both senses of rotation: where it is
+// the other one, the spectrum is turned round.
+int ft_sequential(Arguments& args) {
+    const int dimension = std::max(1, dimension_word(args.next(separators)));
+    if (dimension == 1) return sequential_ft();
+    const bool mirrored = show.dims[static_cast<size_t>(dimension - 1)].sense < 0;
+    return transform_along(dimension, "TPPI FT", [mirrored](std::span<Complex> x) {
+        forward_sequential_ft(x);
+        if (!mirrored) return;
+        conjugate(x);
+        std::ranges::reverse(x);
+    });
 }
 
 int ft_by_domain_code() {
@@ -252,7 +270,7 @@ int cmd_ft(Arguments& args) {
     if (same_word(word, "complex")) return ft_complex(args);
     if (same_word(word, "complex_nosort")) return complex_ft(false);
     if (same_word(word, "real")) return do_real_ft();
-    if (same_word(word, "sequential")) return sequential_ft();
+    if (same_word(word, "sequential")) return ft_sequential(args);
     if (same_word(word, "inverse")) return inverse_ft();
     if (same_word(word, "hilbert")) return hilbert_ft();
     if (const int dimension = dimension_word(word)) return ft_of_dimension(dimension);

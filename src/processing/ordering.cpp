@@ -73,6 +73,12 @@ PairExchange pair_exchange(std::string_view word) {
     return nullptr;
 }
 
+void echo_antiecho(Complex& p, Complex& n) {
+    const Complex sum = p + n, difference = p - n;
+    p = 0.5F * sum;
+    n = {0.5F * difference.imag(), -0.5F * difference.real()};
+}
+
 namespace {
 
 // Applies a kernel to every vector in memory; 1 when done.
@@ -94,6 +100,18 @@ int reverse_along(int dimension) {
             for (size_t i = 0; i < along->inner; ++i)
                 std::ranges::swap_ranges(show.store.vector(along->vector(o, k, i)),
                                          show.store.vector(along->vector(o, along->length - 1 - k, i)));
+    mark_changed();
+    return 1;
+}
+
+int exchange_pairs(PairExchange exchange) {
+    const WaitCursor wait;
+    const auto pairs = static_cast<std::ptrdiff_t>(show.store.count() / 2);
+#pragma omp parallel for schedule(static)
+    for (std::ptrdiff_t p = 0; p < pairs; ++p) {
+        const auto a = show.store.vector(2 * static_cast<size_t>(p)), b = show.store.vector(2 * static_cast<size_t>(p) + 1);
+        for (size_t k = 0; k < a.size(); ++k) exchange(a[k], b[k]);
+    }
     mark_changed();
     return 1;
 }
@@ -151,15 +169,14 @@ int cmd_switchab(Arguments& args) {
     if (show.level != 2) return show_reply("- SwitchAB works only in PairWise Complex Arrayed Mode");
     const PairExchange exchange = pair_exchange(args.next());
     if (exchange == nullptr) return show_reply("- Illegal argument in SwitchAB command.");
-    const WaitCursor wait;
-    const auto pairs = static_cast<std::ptrdiff_t>(show.store.count() / 2);
-#pragma omp parallel for schedule(static)
-    for (std::ptrdiff_t p = 0; p < pairs; ++p) {
-        const auto a = show.store.vector(2 * static_cast<size_t>(p)), b = show.store.vector(2 * static_cast<size_t>(p) + 1);
-        for (size_t k = 0; k < a.size(); ++k) exchange(a[k], b[k]);
-    }
-    mark_changed();
-    return 1;
+    return exchange_pairs(exchange);
+}
+
+int cmd_echoantiecho(Arguments& args) {
+    if (args.ask_usage()) return show_reply("  - USAGE:  EchoAntiEcho");
+    if (show.level != 2) return refuse(format_text("EchoAntiEcho not supported in Arrayed mode level %d", show.level));
+    if (!show.dims[0].frequency) return refuse("EchoAntiEcho works on spectra along dimension 1.\nDo FT and PC first.");
+    return exchange_pairs(echo_antiecho);
 }
 
 int cmd_alternatesign(Arguments& args) {

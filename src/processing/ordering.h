@@ -22,4 +22,7 @@ using PairExchange = void (*)(Complex& a, Complex& b);
 /// A and the imaginary ones into B, and back; zero clears B; real and imag keep one part of each vector as its real part.
 PairExchange pair_exchange(std::string_view word);
 
+/// From echo P and anti-echo N to the cosine and sine parts (P + N)/2 and (P - N)/2i.
+void echo_antiecho(Complex& p, Complex& n);
+
 }  // namespace zolt

@@ -33,6 +33,7 @@ int cmd_rs(Arguments& args);
 int cmd_rd(Arguments& args);
 int cmd_switchab(Arguments& args);
 int cmd_alternatesign(Arguments& args);
+int cmd_echoantiecho(Arguments& args);
 int cmd_reference(Arguments& args);
 
 /// Averages blocks of `digit` points, of ten for 0.
