@@ -25,9 +25,9 @@ def header(shape):
     return bytes(raw)
 
 
-def write(path, points, shape):
+def write(path, points):
     with open(path, "wb") as file:
-        file.write(header(shape))
+        file.write(header(points.shape))
         points.astype(np.complex64, copy=False).tofile(file)
 
 
@@ -50,8 +50,8 @@ class Plain:
     def turn(self, angles):
         return np.exp(-1j * angles)
 
-    def save(self, path, points, shape):
-        write(path, points, shape)
+    def save(self, path, points):
+        write(path, points)
 
 
 class Tuned(Plain):
@@ -79,9 +79,9 @@ class Tuned(Plain):
 class Flushed(Tuned):
     """Tuned, and saved as zolt-cli saves: beside the target, flushed to the disk, renamed."""
 
-    def save(self, path, points, shape):
+    def save(self, path, points):
         beside = f"{path}.new"
-        write(beside, points, shape)
+        write(beside, points)
         with open(beside, "rb") as file:
             os.fsync(file.fileno())
         os.replace(beside, path)
@@ -166,7 +166,7 @@ class Chain:
         """From file to file; the spectrum."""
         points = np.fromfile(source, np.complex64, offset=HEADER_BYTES).reshape(self.seen)
         x = self.steps(kind, points.astype(kind.complex, copy=False))
-        kind.save(target, x, x.reshape(-1, x.shape[-1]).shape if len(self.seen) > len(self.stored) else x.shape)
+        kind.save(target, x.reshape(-1, *x.shape[x.ndim - len(self.stored) + 1:]))
         return x
 
 
@@ -177,10 +177,10 @@ CHAINS = {chain.name: chain for chain in (
           ["EM 1", "ZF", "FT", "PC 30 120", "BC"], steps_1d, 15, 40),
     Chain("2D", "2D: 512 pairs of 2048 points to 1024 pairs of 4096", (1024, 2048), (512, 2, 2048),
           ["AR pairwise", f"SineBell {BELL}", "ZF", "FT", "PC 30 120", "SwitchAB ArBr", f"SineBell 2D {BELL}", "ZeroFill 2D",
-           "FT complex 2D"], steps_2d, 7, 4),
+           "FT complex 2D"], steps_2d, 5, 3),
     Chain("3D", "3D: 64 x 64 x 1024 points to 128 x 128 x 1024", (64, 64, 1024), (64, 64, 1024),
           ["AR 3D", f"SineBell {BELL}", "FT", f"SineBell 2D {BELL}", "ZeroFill 2D", "FT complex 2D", f"SineBell 3D {BELL}",
-           "ZeroFill 3D", "FT complex 3D"], steps_3d, 5, 2),
+           "ZeroFill 3D", "FT complex 3D"], steps_3d, 3, 2),
 )}
 
 

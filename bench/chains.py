@@ -17,9 +17,11 @@ from pathlib import Path
 
 try:
     import numpy as np
-    import scipy.fft  # noqa: F401
+    import scipy
 except ImportError as error:
     sys.exit(f"chains.py: {error}. scripts/install-deps --bench installs it for the system's python3 (/usr/bin/python3).")
+
+sys.dont_write_bytecode = True  # nothing is left in the tree
 
 import chain_steps
 from chain_steps import CHAINS, KINDS
@@ -58,7 +60,7 @@ class Workshop:
                 decay = np.exp((2j * np.pi * random.uniform(-0.4, 0.4) - 2 / n) * k).astype(np.complex64)
                 line = line * chain_steps.along(decay, axis, len(shape))
             x += line
-        chain_steps.write(self.source, x, self.chain.stored)
+        chain_steps.write(self.source, x.reshape(self.chain.stored))
 
     def target(self, contestant):
         return self.folder / (contestant + ".zolt")
@@ -92,14 +94,18 @@ class Workshop:
 
     # ---- numpy
 
-    def numpy_ms(self, target, kind):
-        start = time.perf_counter()
+    def numpy_warm_ms(self, target, kind):
+        """One repetition among many, too: the first ones find memory in the state in which others left it."""
         self.chain.run_numpy(kind, self.source, target)
-        return 1000 * (time.perf_counter() - start)
+        start = time.perf_counter()
+        for _ in range(self.chain.repetitions):
+            self.chain.run_numpy(kind, self.source, target)
+        return 1000 * (time.perf_counter() - start) / self.chain.repetitions
 
     def script_ms(self, target, kind):
         """A process of its own, its module compiled beforehand as that of an installed package is."""
         environment = {**os.environ, "PYTHONPATH": str(HERE), "PYTHONPYCACHEPREFIX": str(self.folder / "compiled")}
+        environment.pop("PYTHONDONTWRITEBYTECODE", None)
         command = [sys.executable, "-m", "chain_steps", self.chain.name, kind, self.source, target]
         start = time.perf_counter()
         subprocess.run(command, env=environment, check=True)
@@ -137,7 +143,7 @@ def measure(workshop, options):
     for threads in options.threads:
         workshop.check_zolt(threads)
     for name in ("tuned", "flushed"):
-        workshop.numpy_ms(workshop.target(name), kinds[name])
+        workshop.chain.run_numpy(kinds[name], workshop.source, workshop.target(name))
     for name in (*kinds, *zolts):
         off = workshop.compare(name, expected)
         print(f"{workshop.chain.name} {name}: {off:.1e} of the maximum off", file=sys.stderr)
@@ -145,7 +151,7 @@ def measure(workshop, options):
     for turn in range(options.rounds or workshop.chain.rounds):
         print(f"{workshop.chain.name}: round {turn + 1}", file=sys.stderr)
         for name, kind in kinds.items():
-            times.setdefault((name, "warm"), []).append(workshop.numpy_ms(workshop.target(name), kind))
+            times.setdefault((name, "warm"), []).append(workshop.numpy_warm_ms(workshop.target(name), kind))
             times.setdefault((name, "whole"), []).append(workshop.script_ms(workshop.target(name), name))
         for name, threads in zolts.items():
             times.setdefault((name, "warm"), []).append(workshop.zolt_warm_ms(workshop.target(name), threads))
@@ -170,6 +176,14 @@ def print_heading(threads):
     columns = ["chain, ms", "", "numpy", "tuned", "tuned, flushed", *zolts, *ratios]
     print(" | ".join(["", *columns, ""]).strip())
     print("|" + " --- |" * 2 + " ---: |" * (len(columns) - 2), flush=True)
+
+
+def machine(cli):
+    """What the figures were measured with."""
+    version = subprocess.run([cli, "--version"], capture_output=True, text=True, check=True).stdout.strip()
+    models = [line.split(":")[1].strip() for line in open("/proc/cpuinfo") if line.startswith("model name")]
+    python = ".".join(map(str, sys.version_info[:3]))
+    return f"{version}, Python {python}, numpy {np.__version__}, scipy {scipy.__version__}; {len(models)} x {models[0]}"
 
 
 def main():
@@ -197,6 +211,7 @@ def main():
             except Wrong as difference:
                 wrong = True
                 print(f"| {chain.title} | WRONG: {difference} |", flush=True)
+    print(f"\n{machine(options.cli)}")
     return 1 if wrong else 0
 
 
