@@ -187,6 +187,7 @@ def machine(cli):
 
 
 def main():
+    load = os.getloadavg()[0]
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
     parser.add_argument("chains", nargs="*", metavar="CHAIN", help=f"of {', '.join(CHAINS)}; all of them without one")
     parser.add_argument("--cli", type=Path, default=HERE.parent / "build/bench/zolt-cli", help="the zolt-cli to measure")
@@ -211,7 +212,7 @@ def main():
             except Wrong as difference:
                 wrong = True
                 print(f"| {chain.title} | WRONG: {difference} |", flush=True)
-    print(f"\n{machine(options.cli)}")
+    print(f"\n{machine(options.cli)}, load {load:.1f} before the start")
     return 1 if wrong else 0
 
 
