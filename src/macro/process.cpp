@@ -88,7 +88,8 @@ void add_pairs(Lines& lines, const DataRecord& data) {
     add_dimension_1(lines, data, false, true);
     if (key == "2D_ECHOANTIECHO") lines.push_back("EchoAntiEcho");
     lines.push_back("SwitchAB ArBr");
-    if (key == "2D_STATESTPPI") lines.push_back("AlternateSign 2D");
+    // The phase was stepped between the increments; that of TPPI undoes the signs which the sequential transform gives.
+    if (key == "2D_STATESTPPI" || key == "2D_TPPI") lines.push_back("AlternateSign 2D");
     add_window(lines, data, 2, false);
     add_zero_fill(lines, data, 2, static_cast<uint64_t>(data.dims[1].points / 2));
     lines.push_back(key == "2D_TPPI" ? "FT sequential 2D" : "FT complex 2D");
