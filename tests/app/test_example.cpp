@@ -76,5 +76,48 @@ TEST_F(ExampleTest, ASavedFidWaitsForItsTransformAsBefore) {
     EXPECT_EQ(data(), direct) << "the transform of the saved FID is the same, to the bit";
 }
 
+// The tallest real points of the spectrum in memory as (ppm of dimension 1, ppm of dimension 2), each with its
+// surroundings taken out for the next.
+std::vector<std::pair<double, double>> tallest_points(size_t count) {
+    const size_t step = show.level == 2 ? 2 : 1, rows = show.store.count() / step, points = show.store.points();
+    std::vector<float> plane(rows * points);
+    for (size_t r = 0; r < rows; ++r)
+        for (size_t k = 0; k < points; ++k) plane[r * points + k] = show.store.vector(r * step)[k].real();
+    Axis axis_2 = show.dims[1].axis();
+    axis_2.points = static_cast<double>(rows);
+    std::vector<std::pair<double, double>> found;
+    while (found.size() < count) {
+        const auto at = static_cast<size_t>(std::max_element(plane.begin(), plane.end()) - plane.begin());
+        const size_t row = at / points, column = at % points;
+        found.emplace_back(show.dims[0].axis().ppm(static_cast<double>(column)), axis_2.ppm(static_cast<double>(row)));
+        for (size_t r = row - std::min<size_t>(row, 8); r < std::min(row + 9, rows); ++r)
+            for (size_t k = column - std::min<size_t>(column, 15); k < std::min(column + 16, points); ++k)
+                plane[r * points + k] = 0;
+    }
+    return found;
+}
+
+TEST_F(ExampleTest, CaryophylleneComesOutByOneCommand) {
+    const auto has = [](const std::vector<std::pair<double, double>>& found, double x, double y, double within_x, double within_y) {
+        return std::any_of(found.begin(), found.end(),
+                           [&](const auto& p) { return std::abs(p.first - x) < within_x && std::abs(p.second - y) < within_y; });
+    };
+    ASSERT_EQ(run("IM " ZOLT_EXAMPLES "/caryophyllene_oxide/14"), 1) << platform_.said();
+    ASSERT_EQ(run("Process"), 1) << platform_.said();
+    const auto hsqc = tallest_points(12);
+    for (const auto& [h, c] : {std::pair{1.00, 29.7}, {1.02, 21.5}, {1.21, 16.9}, {4.87, 112.8}, {2.88, 63.7}, {2.62, 48.7}})
+        EXPECT_TRUE(has(hsqc, h, c, 0.02, 0.3)) << h << " " << c;
+    float most = 0, least = 0;
+    for (size_t r = 0; r < show.store.count(); r += 2)
+        for (const Complex point : show.store.vector(r)) most = std::max(most, point.real()), least = std::min(least, point.real());
+    EXPECT_GT(least, -0.05F * most) << "all of one sign";
+    platform_.default_answer = Answer::yes;
+    ASSERT_EQ(run("AR off"), 1);
+    ASSERT_EQ(run("IM " ZOLT_EXAMPLES "/caryophyllene_oxide/13"), 1) << platform_.said();
+    ASSERT_EQ(run("Process"), 1) << platform_.said();
+    const auto cosy = tallest_points(12);
+    for (const double shift : {1.02, 1.22, 1.63, 1.78, 4.87, 4.99}) EXPECT_TRUE(has(cosy, shift, shift, 0.02, 0.02)) << shift;
+}
+
 }  // namespace
 }  // namespace zolt
