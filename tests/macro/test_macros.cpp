@@ -262,6 +262,12 @@ TEST_F(MacroTest, TheExamplesRunOnTheExampleData) {
     const std::string table = test::read_file(root_.path("DATA/integrals.csv"));
     EXPECT_TRUE(table.starts_with("file,aromatic,aliphatic,ratio\r\n")) << table;
     EXPECT_TRUE(table.ends_with(",0.2277\r\n")) << table;
+    platform_.answers = {ZOLT_EXAMPLES "/caryophyllene_oxide/13/ser"};
+    EXPECT_EQ(run("RU \"" + macros + "process_2d\""), 1);
+    EXPECT_EQ(last_status(), completed) << platform_.said();
+    EXPECT_EQ(show.dims[1].points, 1024);
+    EXPECT_TRUE(show.dims[1].frequency);
+    EXPECT_EQ(show.file_a, root_.path("spectrum_2d.zolt"));
 }
 
 }  // namespace
