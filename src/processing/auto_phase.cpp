@@ -1,0 +1,209 @@
+// Regions, regression, candidates and their choice.
+#include "processing/auto_phase.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <numbers>
+#include <vector>
+
+#include "processing/auto_phase_lines.h"
+#include "processing/auto_phase_regions.h"
+#include "processing/auto_phase_score.h"
+
+namespace zolt {
+
+namespace {
+
+constexpr double pi = std::numbers::pi, degree = pi / 180;
+constexpr double largest_first_order = 6 * pi;
+constexpr double usual_first_order = pi;  // the regression leans to smaller ones by this much
+constexpr double broad = 6 * degree;      // added to what is known of each region, so that none rules alone
+constexpr double farthest = 4;            // standard deviations that a region may be off
+constexpr size_t score_bins = 4096;
+
+// The angle less whole multiples of half a turn.
+double within_half_turn(double angle) { return angle - pi * std::round(angle / pi); }
+
+// Weighted regression of the regions' phases, outliers cut off (Tukey's biweight): those far off for what is known of them.
+PhaseLine regress(std::span<const PhasedRegion> regions, PhaseLine phase, PhaseOrder order) {
+    std::vector<double> sizes(regions.size());
+    for (int step = 0; step < 12; ++step) {
+        const auto off_of = [&](const PhasedRegion& region) { return within_half_turn(region.phase - phase.at(region.place)); };
+        size_t count = 0;
+        for (const PhasedRegion& region : regions)
+            if (const double off = std::abs(off_of(region)); off < 60 * degree) sizes[count++] = off / std::sqrt(region.variance);
+        if (count == 0) return phase;
+        const auto middle = sizes.begin() + static_cast<std::ptrdiff_t>(count / 2);
+        std::nth_element(sizes.begin(), middle, sizes.begin() + static_cast<std::ptrdiff_t>(count));
+        const double cut = farthest * std::max(1.0, 1.5 * *middle);
+        double w = 0, wx = 0, wxx = 0, we = 0, wxe = 0;
+        for (const PhasedRegion& region : regions) {
+            const double off = off_of(region), size = off / std::sqrt(region.variance) / cut;
+            if (std::abs(off) >= 60 * degree || std::abs(size) >= 1) continue;
+            const double inside = 1 - size * size, weight = inside * inside / region.variance;
+            w += weight;
+            wx += weight * region.place;
+            wxx += weight * region.place * region.place;
+            we += weight * off;
+            wxe += weight * region.place * off;
+        }
+        if (!(w > 0)) return phase;
+        // The lean to small first orders: one more observation of it, zero, with the usual spread.
+        double slope = 0;
+        if (order == PhaseOrder::first) {
+            const double lean = 1 / (usual_first_order * usual_first_order);
+            slope = (wxe - wx * we / w - lean * phase.first_order) / (wxx - wx * wx / w + lean);
+        }
+        phase.zero_order += (we - wx * slope) / w;
+        phase.first_order += slope;
+    }
+    return phase;
+}
+
+// How much of the regions' weight speaks against a phase, 0 to 1.
+double disagreement(std::span<const PhasedRegion> regions, const PhaseLine& phase) {
+    double total = 0, against = 0;
+    for (const PhasedRegion& region : regions) {
+        const double weight = 1 / (region.variance + broad * broad);
+        const double off = within_half_turn(region.phase - phase.at(region.place)) / (20 * degree);
+        total += weight;
+        against += weight * std::min(1.0, off * off);
+    }
+    return total > 0 ? against / total : 0;
+}
+
+int agreeing(std::span<const PhasedRegion> regions, const PhaseLine& phase) {
+    return static_cast<int>(std::count_if(regions.begin(), regions.end(), [&](const PhasedRegion& region) {
+        return std::abs(within_half_turn(region.phase - phase.at(region.place))) < 10 * degree;
+    }));
+}
+
+// First orders for which the phases of the regions lie best on a line: the largest maxima of the sum of their unit vectors
+// turned back, small first orders preferred.
+void add_lines_of_regions(std::span<const PhasedRegion> regions, PhaseOrder order, std::vector<PhaseLine>& candidates) {
+    if (regions.empty()) return;
+    constexpr int steps = 216;
+    const int reach = order == PhaseOrder::first ? steps : 0;
+    double total = 0;
+    for (const PhasedRegion& region : regions) total += 1 / (region.variance + broad * broad);
+    std::vector<std::pair<double, PhaseLine>> sums;
+    for (int i = -reach - 1; i <= reach + 1; ++i) {
+        const double slope = largest_first_order * i / steps;
+        std::complex<double> sum = 0;
+        for (const PhasedRegion& region : regions)
+            sum += std::polar(1 / (region.variance + broad * broad), 2 * (region.phase - slope * region.place));
+        sums.emplace_back(std::abs(sum) / total * (1 - 0.1 * std::abs(i) / steps), PhaseLine{std::arg(sum) / 2, slope});
+    }
+    std::vector<std::pair<double, PhaseLine>> maxima;
+    for (size_t i = 1; i + 1 < sums.size(); ++i)
+        if (reach == 0 || (sums[i].first > sums[i - 1].first && sums[i].first >= sums[i + 1].first)) maxima.push_back(sums[i]);
+    std::stable_sort(maxima.begin(), maxima.end(), [](const auto& a, const auto& b) { return a.first > b.first; });
+    for (size_t i = 0; i < std::min<size_t>(maxima.size(), 4); ++i) candidates.push_back(regress(regions, maxima[i].second, order));
+}
+
+// Nelder and Mead's simplex in zero order at the pivot and first order; for zero order alone, along one edge.
+template <class F>
+PhaseLine minimise(F measure, PhaseLine start, double pivot, PhaseOrder order, double size, int evaluations) {
+    struct Corner {
+        double at_pivot, slope, value;
+    };
+    const auto evaluate = [&](double at_pivot, double slope) {
+        const double beyond = std::max(0.0, std::abs(slope) - largest_first_order);
+        return Corner{at_pivot, slope, measure(PhaseLine{at_pivot - slope * pivot, slope}) + beyond};
+    };
+    const double middle = start.zero_order + start.first_order * pivot;
+    const bool both = order == PhaseOrder::first;
+    std::array<Corner, 3> corners = {evaluate(middle, start.first_order), evaluate(middle + size, start.first_order),
+                                     evaluate(both ? middle : middle - size, start.first_order + (both ? 2 * size : 0))};
+    const auto better = [](const Corner& a, const Corner& b) { return a.value < b.value; };
+    std::sort(corners.begin(), corners.end(), better);
+    while ((evaluations -= 2) > 0) {
+        Corner& worst = corners[2];
+        const double x = (corners[0].at_pivot + corners[1].at_pivot) / 2, y = (corners[0].slope + corners[1].slope) / 2;
+        const auto along = [&](double t) { return evaluate(x + t * (x - worst.at_pivot), y + t * (y - worst.slope)); };
+        const Corner reflected = along(1);
+        if (better(reflected, corners[0]))
+            worst = std::min(along(2), reflected, better);
+        else if (better(reflected, corners[1]))
+            worst = reflected;
+        else if (const Corner contracted = along(better(reflected, worst) ? 0.5 : -0.5); better(contracted, worst))
+            worst = contracted;
+        else
+            for (size_t i = 1; i < 3; ++i)
+                corners[i] = evaluate((corners[i].at_pivot + corners[0].at_pivot) / 2, (corners[i].slope + corners[0].slope) / 2);
+        std::sort(corners.begin(), corners.end(), better);
+    }
+    return {corners[0].at_pivot - corners[0].slope * pivot, corners[0].slope};
+}
+
+// Where the signal is, weighted by its power: turning about it, zero and first order hardly depend on one another.
+double centre_of_signal(const BinnedSpectrum& bins, size_t points) {
+    double sum = 0, moment = 0;
+    for (size_t i = 0; i < bins.bins.size(); ++i) {
+        const double power = std::norm(bins.bins[i]);
+        sum += power;
+        moment += power * bins.point(static_cast<double>(i));
+    }
+    return sum > 0 ? moment / sum / static_cast<double>(points) : 0.5;
+}
+
+}  // namespace
+
+std::optional<FoundPhase> find_phase(std::span<const Complex> spectrum, PhaseOrder order) {
+    const auto finite = [](const Complex& point) { return std::isfinite(point.real()) && std::isfinite(point.imag()); };
+    if (!std::all_of(spectrum.begin(), spectrum.end(), finite)) return std::nullopt;
+    const auto pyramid = bin_spectrum(spectrum);
+    if (pyramid.empty()) return std::nullopt;
+    BinnedSpectrum coarse =
+        *std::find_if(pyramid.begin(), pyramid.end(), [](const auto& level) { return level.bins.size() <= score_bins; });
+    const auto lines = find_lines(pyramid);
+    auto regions = phase_regions(lines, pyramid, spectrum.size());
+    if (!lines.empty()) {
+        const auto level = smooth_level(coarse.bins, 16);
+        for (size_t i = 0; i < level.size(); ++i) coarse.bins[i] -= level[i];
+    }
+    const double pivot = centre_of_signal(coarse, spectrum.size());
+    const PhaseScore score(std::move(coarse), spectrum.size());
+
+    std::vector<PhaseLine> candidates;
+    add_lines_of_regions(regions, order, candidates);
+    const auto entropy = [&](const PhaseLine& phase) { return score.entropy(phase); };
+    const auto negative = [&](const PhaseLine& phase) { return score.negative(phase); };
+    const auto area = [&](const PhaseLine& phase) { return score.area(phase); };
+    for (int quarter = 0; quarter < 4; ++quarter)
+        candidates.push_back(minimise(entropy, {quarter * pi / 2, 0}, pivot, order, 30 * degree, 40));
+    candidates.push_back(minimise(negative, candidates.back(), pivot, order, 30 * degree, 40));
+
+    PhaseLine best;
+    double least = 0;
+    for (size_t i = 0; i < candidates.size(); ++i) {
+        for (const double turn : {0.0, pi}) {
+            const PhaseLine candidate{candidates[i].zero_order + turn, candidates[i].first_order};
+            const double value =
+                area(candidate) * (1 + 0.05 * std::abs(candidate.first_order) / (2 * pi)) + disagreement(regions, candidate);
+            if ((i == 0 && turn == 0) || value < least) {
+                best = candidate;
+                least = value;
+            }
+        }
+    }
+    auto refined = regions;
+    for (int round = 0; round < 2 && agreeing(refined, best) > 0; ++round) {
+        best = regress(refined, best, order);
+        refined = phase_by_flanks(regions, pyramid[0], best);
+    }
+    regions = std::move(refined);
+    best = agreeing(regions, best) > 0 ? regress(regions, best, order) : minimise(area, best, pivot, order, 5 * degree, 60);
+    // The greater part of the area is taken to be positive; where there are lines, theirs, which no baseline touches.
+    double positive = 0;
+    for (const Line& line : lines) {
+        const double place = line.point / static_cast<double>(spectrum.size());
+        positive += line.height * line.half_width * std::cos(line.phase - best.zero_order - best.first_order * place);
+    }
+    if (lines.empty() ? area({best.zero_order + pi, best.first_order}) < area(best) : positive < 0) best.zero_order += pi;
+    const double zero_order = std::remainder(best.zero_order, 2 * pi);
+    return FoundPhase{zero_order / degree, best.first_order / degree, agreeing(regions, best)};
+}
+
+}  // namespace zolt
