@@ -9,15 +9,12 @@
 #include "app/main_loop.h"
 #include "app/recovery.h"
 #include "app/startup.h"
-#include "common/file.h"
-#include "common/text.h"
 #include "front/actions.h"
+#include "front/detection.h"
 #include "front/events.h"
 #include "front/options.h"
 #include "headless/platform_headless.h"
 #include "headless/prompt.h"
-#include "import/locate.h"
-#include "import/tranauto.h"
 #include "state/session.h"
 
 namespace zolt {
@@ -27,34 +24,6 @@ namespace {
 void carry_out_line(std::string_view line) {
     post_line(line);
     run_main_loop();
-}
-
-// Fits between two tabs, whatever the file is called.
-std::string one_field(std::string text) {
-    for (char& c : text)
-        if (static_cast<unsigned char>(c) < ' ') c = ' ';
-    return text;
-}
-
-// Tells the format of one file; false when it has none.
-bool print_format(const std::string& typed) {
-    const std::string path = absolute_path(typed);
-    std::string reason = file_facts(path).exists ? "" : "Could not find file - " + path;
-    const std::string file = reason.empty() ? data_file_of(path, reason) : "";
-    const Detection found = file.empty() ? Detection{nullptr, "", reason} : detect_format(file, false);
-    const bool known = found.format != nullptr;
-    print_detection(one_field(typed), known ? found.format->number : 0, known ? found.format->key : "",
-                    known ? found.format->name : one_field(found.message.substr(0, found.message.find('\n'))), found.step);
-    return known;
-}
-
-bool print_formats(const Options& options) {
-    HeadlessPlatform front_end;
-    set_platform(&front_end);
-    set_json_output(options.json);
-    bool all = true;
-    for (const std::string& file : options.detect) all = print_format(file) && all;
-    return all;
 }
 
 class Driver {
@@ -140,7 +109,11 @@ int main(int count, char** arguments) {
         std::printf("zolt-cli %s\n", zolt::version_text());
         return 0;
     }
-    if (!options.detect.empty()) return zolt::print_formats(options) ? 0 : 1;
+    if (!options.detect.empty()) {
+        zolt::HeadlessPlatform front_end;
+        zolt::set_platform(&front_end);
+        return zolt::print_formats(options) ? 0 : 1;
+    }
     const bool conversation = options.actions.empty() && ::isatty(STDIN_FILENO) != 0;
     if (options.help || (options.actions.empty() && !conversation)) {
         std::fputs(zolt::help_text(zolt::Program::headless).c_str(), stdout);
