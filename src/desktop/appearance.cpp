@@ -35,6 +35,7 @@ QString style_sheet(const WindowColours& c) {
                "QMenuBar{background:%1;color:%3}"
                "QStatusBar{background:%1;color:%3}QStatusBar::item{border:0}"
                "QDockWidget{color:%3}"
+               "QDialogButtonBox,QMessageBox{dialogbuttonbox-buttons-have-icons:0}"
                "QToolTip{background:%5;color:%3;border:1px solid %2;padding:4px}")
         .arg(c.window.name(), c.line.name(), c.text.name(), c.accent.name(), c.raised.name());
 }

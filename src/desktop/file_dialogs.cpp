@@ -3,7 +3,9 @@
 
 #include <QFileDialog>
 #include <QGridLayout>
+#include <QHeaderView>
 #include <QLabel>
+#include <QTreeView>
 #include <cstdio>
 
 #include <unistd.h>
@@ -92,7 +94,8 @@ std::optional<std::string> choose_file(QWidget* parent, FileChoice choice, std::
     dialog.setFileMode(choice == FileChoice::open ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
     dialog.setOption(QFileDialog::DontConfirmOverwrite);  // the command asks
     dialog.setDirectory(!last_folder.isEmpty() ? last_folder : qt(import ? import_path() : data_path(true)));
-    dialog.resize(820, 560);
+    dialog.resize(860, 580);
+    for (auto* view : dialog.findChildren<QTreeView*>()) view->header()->resizeSection(0, 340);
     auto* about = new QLabel(" \n ", &dialog);
     about->setTextFormat(Qt::PlainText);
     about->setContentsMargins(4, 8, 4, 0);

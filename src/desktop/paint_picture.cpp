@@ -6,6 +6,7 @@
 
 #include "config/settings.h"
 #include "desktop/appearance.h"
+#include "desktop/paint_trace.h"
 #include "desktop/text.h"
 #include "state/session.h"
 
@@ -24,6 +25,9 @@ bool is_ruler_line(const Stroke& stroke) {
 }
 
 void paint_stroke(QPainter& painter, const Stroke& stroke, const Palette& palette) {
+    constexpr size_t longest_outline = 2;
+    if (stroke.points.size() > longest_outline)
+        return paint_trace(painter, stroke.points, colour(palette, stroke.ink), stroke.width);
     QPen pen(colour(palette, stroke.ink), stroke.width);
     pen.setJoinStyle(Qt::RoundJoin);
     pen.setCapStyle(stroke.round_ends ? Qt::RoundCap : Qt::FlatCap);

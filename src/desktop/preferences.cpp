@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScrollArea>
 #include <QStackedWidget>
 #include <functional>
@@ -119,6 +120,7 @@ QGridLayout* add_page(QStackedWidget& pages, QListWidget& groups, std::string_vi
     grid->setContentsMargins(16, 8, 16, 8);
     grid->setHorizontalSpacing(16);
     grid->setVerticalSpacing(6);
+    grid->setColumnMinimumWidth(0, 230);
     grid->setColumnStretch(1, 1);
     auto* scroll = new QScrollArea;
     scroll->setFrameShape(QFrame::NoFrame);
@@ -128,20 +130,29 @@ QGridLayout* add_page(QStackedWidget& pages, QListWidget& groups, std::string_vi
     return grid;
 }
 
+// What a switch does when it is on needs no "TRUE:" beside a box that is ticked.
+QString explanation(const SettingKey& key) {
+    QString help = key.help;
+    if (key.type != SettingType::toggle) return help;
+    help.remove(QRegularExpression("^TRUE: "));
+    return help.replace("FALSE:", "else:");
+}
+
 void add_row(QGridLayout& grid, const SettingKey& key, QWidget* editor) {
     const int row = grid.rowCount();
     auto* name = new QLabel(key.name);
     name->setFont(fixed_font());
-    auto* help = new QLabel(key.help);
+    auto* help = new QLabel(explanation(key));
     help->setWordWrap(true);
     help->setTextFormat(Qt::PlainText);
+    help->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Minimum);
     QPalette dimmed = help->palette();
     dimmed.setColor(QPalette::WindowText, window_colours().dimmed);
     help->setPalette(dimmed);
-    grid.addWidget(name, row, 0, Qt::AlignLeft | Qt::AlignVCenter);
+    grid.addWidget(name, row, 0, Qt::AlignVCenter);
     grid.addWidget(editor, row, 1);
-    grid.addWidget(help, row + 1, 1);
-    grid.setRowMinimumHeight(row + 2, 6);
+    grid.addWidget(help, row + 1, 0, 1, 2);
+    grid.setRowMinimumHeight(row + 2, 8);
 }
 
 }  // namespace

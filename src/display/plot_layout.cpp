@@ -41,10 +41,10 @@ std::pair<double, double> value_range(const DataSet& data, PlotCache& cache) {
     const auto points = data.cvNMRdata();
     double low = 0, high = 0;
     const auto take = [&](Part part) {
-        const Extremes& all = cache.summary(points, part).all();
+        const Range& all = cache.summary(points, part).all();
         if (!all.any) return;
-        low = std::min(low, static_cast<double>(all.low_value));
-        high = std::max(high, static_cast<double>(all.high_value));
+        low = std::min(low, static_cast<double>(all.low));
+        high = std::max(high, static_cast<double>(all.high));
     };
     const Traces traces = view_of(data).traces;
     if (traces == Traces::magnitude)

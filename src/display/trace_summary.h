@@ -15,7 +15,9 @@ enum class Part { real, imaginary, magnitude };
 
 inline float value_of(Complex point, Part part) {
     if (part == Part::real) return point.real();
-    return part == Part::imaginary ? point.imag() : std::hypot(point.real(), point.imag());
+    if (part == Part::imaginary) return point.imag();
+    const double re = static_cast<double>(point.real()), im = static_cast<double>(point.imag());
+    return static_cast<float>(std::sqrt(re * re + im * im));
 }
 
 /// Points of the lowest and the highest value; values that are not finite count for nothing.
@@ -30,11 +32,12 @@ struct Extremes {
         if (!any || value > high_value) high = point, high_value = value;
         any = true;
     }
-    void take(const Extremes& other) {
-        if (!other.any) return;
-        take(other.low, other.low_value);
-        take(other.high, other.high_value);
-    }
+};
+
+/// Lowest and highest finite value; `any` is false without one.
+struct Range {
+    bool any = false;
+    float low = 0, high = 0;
 };
 
 class TraceSummary {
@@ -44,7 +47,8 @@ public:
     bool built() const { return built_; }
     void forget() { built_ = false; }
 
-    const Extremes& all() const { return all_; }
+    /// Of the whole vector, without their places.
+    const Range& all() const { return all_; }
     /// Of the points begin to end - 1.
     Extremes between(size_t begin, size_t end) const;
     float value(size_t point) const { return value_of(points_[point], part_); }
@@ -52,11 +56,12 @@ public:
 private:
     static constexpr size_t block = 64;
     void take_points(Extremes& into, size_t begin, size_t end) const;
+    Range range_of(size_t begin, size_t end) const;
 
     std::span<const Complex> points_;
     Part part_ = Part::real;
-    std::vector<Extremes> blocks_;
-    Extremes all_;
+    std::vector<Range> blocks_;
+    Range all_;
     bool built_ = false;
 };
 
