@@ -18,7 +18,7 @@ public:
         if (!value.empty()) all_ += std::string(all_.empty() ? "" : "\n") + name + "\t" + one_line(value);
     }
     void add(const char* name, double value, const char* unit) {
-        if (value != 0) add(name, format_text("%.9g %s", value, unit));
+        if (value != 0) add(name, format_text("%.8g %s", value, unit));
     }
     std::string take() { return std::move(all_); }
 
@@ -70,7 +70,7 @@ std::string information_text(const DataSet& data) {
     lines.add("Level", level_name(data));
     if (data.dims[1].points > 1) lines.add("Slice", format_text("%d of %d", data.slice + 1, data.dims[1].points));
     lines.add("Scans", data.scans, "");
-    lines.add("Line broadening", static_cast<double>(data.lb()), "Hz");
+    lines.add("Line broadening", data.lb() != 0 ? format_text("%.6g Hz", static_cast<double>(data.lb())) : std::string());
     lines.add("Group delay", data.group_delay, "points");
     lines.add("Integrals", data.integrals.empty() ? std::string() : std::to_string(data.integrals.size()));
     lines.add("Peaks", data.peaks.empty() ? std::string() : std::to_string(data.peaks.size()));

@@ -95,7 +95,10 @@ std::optional<std::string> choose_file(QWidget* parent, FileChoice choice, std::
     dialog.setOption(QFileDialog::DontConfirmOverwrite);  // the command asks
     dialog.setDirectory(!last_folder.isEmpty() ? last_folder : qt(import ? import_path() : data_path(true)));
     dialog.resize(860, 580);
-    for (auto* view : dialog.findChildren<QTreeView*>()) view->header()->resizeSection(0, 340);
+    for (auto* view : dialog.findChildren<QTreeView*>()) {
+        constexpr int widths[] = {330, 90, 110, 180};
+        for (int section = 0; section < 4; ++section) view->header()->resizeSection(section, widths[section]);
+    }
     auto* about = new QLabel(" \n ", &dialog);
     about->setTextFormat(Qt::PlainText);
     about->setContentsMargins(4, 8, 4, 0);

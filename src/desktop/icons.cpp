@@ -1,6 +1,7 @@
 // Each icon is the inner part of an SVG of 20 by 20 units; the frame gives colour and stroke.
 #include "desktop/icons.h"
 
+#include <QIconEngine>
 #include <QPainter>
 #include <QPixmap>
 #include <QSvgRenderer>
@@ -36,16 +37,29 @@ constexpr const char* sign =
     R"(<path d="M4 23h6c1.8 0 2.2-13 3.6-13s1.8 13 3.4 13h1.8c1 0 1.2-5 2.2-5s1.2 5 2.2 5H28" fill="none" stroke="white" )"
     R"(stroke-width="2.2" stroke-linejoin="round" stroke-linecap="round"/></svg>)";
 
-QPixmap drawn(const QByteArray& svg, int side, double density) {
-    QPixmap pixmap(QSize(side, side) * density);
-    pixmap.fill(Qt::transparent);
-    QSvgRenderer renderer(svg);
-    QPainter painter(&pixmap);
-    renderer.render(&painter);
-    painter.end();
-    pixmap.setDevicePixelRatio(density);
-    return pixmap;
-}
+// Draws itself at the size and in the state it is asked for, so that nothing is drawn before it is shown.
+class LineIcon : public QIconEngine {
+public:
+    explicit LineIcon(QByteArray svg) : svg_(std::move(svg)) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State /*state*/) override {
+        QSvgRenderer renderer(svg_);
+        painter->setOpacity(mode == QIcon::Disabled ? 0.4 : 1);
+        renderer.render(painter, rect);
+        painter->setOpacity(1);
+    }
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        paint(&painter, QRect(QPoint(), size), mode, state);
+        return pixmap;
+    }
+    QIconEngine* clone() const override { return new LineIcon(svg_); }
+
+private:
+    QByteArray svg_;
+};
 
 QByteArray framed(const char* shapes, const QColor& stroke) {
     return QByteArray(R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 20 20" fill="none" stroke=")") +
@@ -55,29 +69,14 @@ QByteArray framed(const char* shapes, const QColor& stroke) {
 }  // namespace
 
 QIcon icon(std::string_view name) {
-    QIcon result;
-    for (const auto& row : icons) {
-        if (row.name != name) continue;
-        const WindowColours& c = window_colours();
-        for (const double density : {1.0, 2.0}) {
-            result.addPixmap(drawn(framed(row.shapes, c.text), 20, density));
-            QPixmap pixmap = drawn(framed(row.shapes, c.dimmed), 20, density);
-            QPixmap faded(pixmap.size());
-            faded.setDevicePixelRatio(density);
-            faded.fill(Qt::transparent);
-            QPainter painter(&faded);
-            painter.setOpacity(0.5);
-            painter.drawPixmap(0, 0, pixmap);
-            painter.end();
-            result.addPixmap(faded, QIcon::Disabled);
-        }
-    }
-    return result;
+    for (const auto& row : icons)
+        if (row.name == name) return QIcon(new LineIcon(framed(row.shapes, window_colours().text)));
+    return {};
 }
 
 QIcon program_icon() {
     QIcon result;
-    for (const int side : {16, 32, 64, 128}) result.addPixmap(drawn(sign, side, 1));
+    for (const int side : {16, 48, 128}) result.addPixmap(LineIcon(sign).pixmap({side, side}, QIcon::Normal, QIcon::Off));
     return result;
 }
 

@@ -1,6 +1,7 @@
 // The one window: menus, toolbar, plot, reply line, command line, status bar; and the pump of the core's main loop.
 #pragma once
 
+#include <QHash>
 #include <QMainWindow>
 #include <QTimer>
 #include <functional>
@@ -87,6 +88,7 @@ private:
     bool busy_ = false, closed_ = false;
     QTimer again_;
     std::vector<Entry> entries_;
+    QHash<QString, QMenu*> menus_;  ///< by their paths
     QStringList recent_;
     std::string shown_file_;
     bool icons_dark_ = false;

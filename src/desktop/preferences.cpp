@@ -145,7 +145,7 @@ void add_row(QGridLayout& grid, const SettingKey& key, QWidget* editor) {
     auto* help = new QLabel(explanation(key));
     help->setWordWrap(true);
     help->setTextFormat(Qt::PlainText);
-    help->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Minimum);
+    help->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Minimum);
     QPalette dimmed = help->palette();
     dimmed.setColor(QPalette::WindowText, window_colours().dimmed);
     help->setPalette(dimmed);
@@ -164,6 +164,7 @@ std::vector<std::string> edit_preferences(QWidget* parent) {
     auto* groups = new QListWidget;
     groups->setFrameShape(QFrame::NoFrame);
     groups->setFixedWidth(210);
+    groups->setSpacing(2);
     auto* pages = new QStackedWidget;
     std::vector<Field> fields;
     QGridLayout* page = nullptr;

@@ -47,7 +47,6 @@ StartPage::StartPage(QWidget* parent) : QWidget(parent), ways_(new QVBoxLayout),
     auto* title = new QLabel("ZOLT");
     QFont large = title->font();
     large.setPixelSize(28);
-    large.setWeight(QFont::Light);
     title->setFont(large);
     ways_->setSpacing(16);
     recent_->setSpacing(8);

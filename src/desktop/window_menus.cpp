@@ -51,12 +51,9 @@ QMenu* MainWindow::menu_at(const QString& path) {
     QString walked;
     for (const QString& step : path.split('/')) {
         walked += "/" + step;
-        QMenu* found = nullptr;
-        for (QMenu* known : findChildren<QMenu*>())
-            if (known->objectName() == walked) found = known;
+        QMenu*& found = menus_[walked];
         if (found == nullptr) {
             found = menu == nullptr ? menuBar()->addMenu(step) : menu->addMenu(step);
-            found->setObjectName(walked);
         }
         menu = found;
     }

@@ -3,9 +3,11 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDragEnterEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
@@ -138,6 +140,53 @@ TEST_F(WindowTest, PaintsTheSameInBothAppearancesAndAtAnySize) {
         QApplication::processEvents();
         EXPECT_EQ(plot().picture().size(), plot().size());
     }
+}
+
+// However many points share a column, a peak of one of them stands in full height where it belongs.
+TEST_F(WindowTest, APeakOfOnePointIsPainted) {
+    constexpr size_t points = 300001;
+    load_spectrum(points);
+    auto vector = show.store.vector(0);
+    std::fill(vector.begin(), vector.end(), Complex());
+    vector[100000] = {1, 0};
+    vector[200000] = {-0.5F, 0};
+    window_.refresh_plot();
+    QApplication::processEvents();
+    const QImage picture = plot().picture().toImage();
+    PlotCache cache;
+    PlotOptions options = configured_options();
+    options.width = plot().width();
+    options.height = plot().height();
+    const PlotLayout layout = plot_layout(show, options, cache);
+    const auto inked = [&](double point, double value) {
+        const QColor found = picture.pixelColor(static_cast<int>(layout.x(point)), static_cast<int>(layout.y(value)));
+        return found.lightness() < 200;
+    };
+    EXPECT_TRUE(inked(100000, 0.99) && inked(100000, 0.5) && inked(50000, 0) && inked(250000, 0));
+    EXPECT_TRUE(inked(200000, -0.1)) << "down to the axis";
+    EXPECT_FALSE(inked(100000, 1.02) || inked(100000 - 1500, 0.5) || inked(100000 + 1500, 0.5));
+}
+
+TEST_F(WindowTest, DroppedFoldersAreImportedAndFilesOpened) {
+    const auto drop = [&](const std::string& path) {
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(qt(path))});
+        QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&window_, &enter);
+        QDropEvent event(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&window_, &event);
+    };
+    drop(std::string(ZOLT_EXAMPLES) + "/strychnine_1h/10");
+    EXPECT_TRUE(show.loaded && show.dims[0].nucleus == "1H");
+    write_set("a file with blanks.zolt", {16, 1, 1, 1});
+    drop(root_.path("a file with blanks.zolt"));
+    EXPECT_EQ(show.dims[0].points, 16);
+    // Too long for a command line.
+    const std::string folder(120, 'd'), deep = folder + "/" + folder + "/b.zolt";
+    root_.write(deep, test::read_file(root_.path("a file with blanks.zolt")));
+    show = DataSet();
+    drop(root_.path(deep));
+    EXPECT_EQ(show.dims[0].points, 16);
 }
 
 TEST_F(WindowTest, ClosingAsksAndLongWorkCanBeCancelled) {
