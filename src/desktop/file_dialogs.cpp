@@ -97,6 +97,7 @@ std::optional<std::string> choose_file(QWidget* parent, FileChoice choice, std::
     dialog.resize(860, 580);
     for (auto* view : dialog.findChildren<QTreeView*>()) {
         constexpr int widths[] = {330, 90, 110, 180};
+        view->setColumnHidden(2, true);  // the system knows nothing of these types
         for (int section = 0; section < 4; ++section) view->header()->resizeSection(section, widths[section]);
     }
     auto* about = new QLabel(" \n ", &dialog);

@@ -90,7 +90,6 @@ QWidget* text_field(const SettingKey& key, Field& field) {
     field.value = [edit] { return edit->text(); };
     if (key.type == SettingType::path) return path_field(key, field, edit);
     if (key.type == SettingType::text) return edit;
-    edit->setMaximumWidth(160);
     QObject::connect(edit, &QLineEdit::textChanged, edit, [edit, &key](const QString& text) {
         QPalette colours = edit->palette();
         const bool fits = canonical_value(key, utf8(text)).has_value();
@@ -150,7 +149,10 @@ void add_row(QGridLayout& grid, const SettingKey& key, QWidget* editor) {
     dimmed.setColor(QPalette::WindowText, window_colours().dimmed);
     help->setPalette(dimmed);
     grid.addWidget(name, row, 0, Qt::AlignVCenter);
-    grid.addWidget(editor, row, 1);
+    // Small fields stand at the left; the others fill the column.
+    const bool small = key.type == SettingType::toggle || key.type == SettingType::whole || key.type == SettingType::number;
+    if (small) editor->setFixedWidth(std::max(editor->sizeHint().width(), key.type == SettingType::toggle ? 0 : 160));
+    grid.addWidget(editor, row, 1, small ? Qt::AlignLeft : Qt::Alignment());
     grid.addWidget(help, row + 1, 0, 1, 2);
     grid.setRowMinimumHeight(row + 2, 8);
 }
