@@ -3,18 +3,20 @@
 
 #include <benchmark/benchmark.h>
 
-#include <span>
+#include <functional>
+#include <string>
+#include <vector>
 
 namespace zolt::bench {
 
 struct Row {
-    const char* group;  ///< what data it works on: a heading of the table
-    const char* name;
-    void (*run)(benchmark::State& state);
-    const char* limit;  ///< name of the row of its group that it is compared with, "" for a limit itself
+    std::string group;  ///< what data it works on: a heading of the table
+    std::string name;
+    std::function<void(benchmark::State& state)> run;
+    std::string limit;  ///< name of the row of its group that it is compared with, "" for a limit itself
 };
 
-std::span<const Row> vector_rows();
-std::span<const Row> file_rows();
+std::vector<Row> processing_rows();
+std::vector<Row> file_rows();
 
 }  // namespace zolt::bench

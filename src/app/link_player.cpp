@@ -82,7 +82,7 @@ void link_step() {
 }
 
 void link_line_failed(std::string_view line) {
-    const bool stop = setting_switch("STOP_ON_ERROR");
+    const bool stop = stops_on_error();
     if (session.link_running && (stop || playback.rounds_left > 0)) {
         if (playback.source == LineSource::link) platform().status(0, std::string(line) + " - Not a Valid Command");
         stop_link();

@@ -8,22 +8,29 @@
 #include <type_traits>
 #include <utility>
 
-#include <sys/mman.h>
-
 namespace zolt {
 
-/// A move-only array of plain values, aligned to 64 bytes (2 MiB and on huge pages when it is large).
+/// A block of at least so many bytes, aligned to 64 (large ones to 2 MiB, on huge pages, and reused); nullptr without
+/// memory. `bytes` becomes what it holds.
+void* allocate_block(size_t& bytes);
+void free_block(void* data, size_t bytes);
+
+/// A move-only array of plain values.
 template <class T>
 class Buffer {
     static_assert(std::is_trivially_copyable_v<T>);
 
 public:
     Buffer() = default;
-    ~Buffer() { std::free(data_); }
-    Buffer(Buffer&& other) noexcept : data_(std::exchange(other.data_, nullptr)), size_(std::exchange(other.size_, 0)) {}
+    ~Buffer() { free_block(data_, bytes_); }
+    Buffer(Buffer&& other) noexcept
+        : data_(std::exchange(other.data_, nullptr)),
+          size_(std::exchange(other.size_, 0)),
+          bytes_(std::exchange(other.bytes_, 0)) {}
     Buffer& operator=(Buffer&& other) noexcept {
         std::swap(data_, other.data_);
         std::swap(size_, other.size_);
+        std::swap(bytes_, other.bytes_);
         return *this;
     }
     Buffer(const Buffer&) = delete;
@@ -32,14 +39,13 @@ public:
     /// Room for `count` values, not initialised; false, and the old content kept, when there is no memory.
     [[nodiscard]] bool allocate(size_t count) {
         if (count > static_cast<size_t>(-1) / 4 / sizeof(T)) return false;
-        const size_t alignment = count * sizeof(T) >= huge ? huge : 64;
-        const size_t bytes = (count * sizeof(T) + alignment - 1) / alignment * alignment;
-        void* fresh = bytes > 0 ? std::aligned_alloc(alignment, bytes) : nullptr;
-        if (bytes > 0 && fresh == nullptr) return false;
-        if (bytes >= huge) madvise(fresh, bytes, MADV_HUGEPAGE);
-        std::free(data_);
+        size_t bytes = count * sizeof(T);
+        void* fresh = bytes > 0 ? allocate_block(bytes) : nullptr;
+        if (count > 0 && fresh == nullptr) return false;
+        free_block(data_, bytes_);
         data_ = static_cast<T*>(fresh);
         size_ = count;
+        bytes_ = bytes;
         return true;
     }
     [[nodiscard]] bool allocate_zeroed(size_t count) {
@@ -58,9 +64,8 @@ public:
     std::span<const T> span() const { return {data_, size_}; }
 
 private:
-    static constexpr size_t huge = size_t{1} << 21;
     T* data_ = nullptr;
-    size_t size_ = 0;
+    size_t size_ = 0, bytes_ = 0;
 };
 
 }  // namespace zolt

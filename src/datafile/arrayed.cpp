@@ -92,6 +92,12 @@ void keep_beside_file(const DataRecord& known, DataRecord& fresh) {
     static constexpr double DataRecord::*values[] = {&DataRecord::d1, &DataRecord::p1, &DataRecord::o1, &DataRecord::o2};
     for (const auto value : values)
         if (fresh.*value == 0) fresh.*value = known.*value;
+    if (fresh.array_values.empty()) fresh.array_values = known.array_values;
+    fresh.other_sw2 = known.other_sw2;
+    for (size_t d = 0; d < fresh.dims.size(); ++d) {
+        fresh.dims[d].advice = known.dims[d].advice;
+        if (fresh.dims[d].nucleus.empty()) fresh.dims[d].nucleus = known.dims[d].nucleus;
+    }
     fresh.process_type = known.process_type;
     fresh.phase = known.phase;
     fresh.pivot = known.pivot;

@@ -190,6 +190,8 @@ std::optional<Processing> read_processing(const std::string& path) {
     p.zero_order = file.number("##$PHC0");
     p.first_order = file.number("##$PHC1");
     p.lb = number_of(file, "##$LB");
+    p.window = integer_of(file, "##$WDW");
+    p.bell_shift = number_of(file, "##$SSB");
     p.left_edge = file.number("##$OFFSET");
     p.points = integer_of(file, "##$SI").value_or(0);
     p.strip = integer_of(file, "##$STSI").value_or(0);
@@ -220,12 +222,29 @@ double referenced_offset(double sfo1, double carrier_offset, const std::optional
     return carrier_offset;
 }
 
+ProcessingAdvice advice_of(const Processing& procs) {
+    constexpr int64_t none = 0, exponential = 1, sine = 3, sine_squared = 4;
+    ProcessingAdvice advice;
+    advice.points = count_or_zero(static_cast<double>(procs.points));
+    advice.lb = procs.lb;
+    // A shift of 2 begins at the top of the bell, 3 a third of half a period behind its start; below 2 there is none.
+    advice.bell_offset = procs.bell_shift >= 2 ? 1 / procs.bell_shift : 0;
+    if (procs.window == none) advice.window = Apodization::none;
+    if (procs.window == exponential) advice.window = Apodization::exponential;
+    if (procs.window == sine) advice.window = Apodization::sine;
+    if (procs.window == sine_squared) advice.window = Apodization::sine_squared;
+    advice.phased = procs.zero_order.has_value();
+    advice.phase = {float_or_zero(0 - procs.zero_order.value_or(0)), float_or_zero(0 - procs.first_order.value_or(0))};
+    return advice;
+}
+
 void take_processing_of_fid(const std::optional<Processing>& procs, const Acquisition& acquisition, DataSet& data) {
     data.dims[0].offset = float_or_zero(referenced_offset(acquisition.sfo1, data.o1, procs));
     if (!procs) return;
     if (procs->zero_order) data.phase[0] = float_or_zero(0 - *procs->zero_order);
     if (procs->first_order) data.phase[1] = float_or_zero(0 - *procs->first_order);
     data.lb() = positive_or_zero(procs->lb);
+    data.dims[0].advice = advice_of(*procs);
     data.title = procs->title;
 }
 

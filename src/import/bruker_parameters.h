@@ -43,6 +43,8 @@ struct Indirect {
 struct Processing {
     double sf = 0, sw = 0, lb = 0;
     std::optional<double> zero_order, first_order;  ///< PHC0, PHC1
+    std::optional<int64_t> window;                  ///< WDW
+    double bell_shift = 0;                          ///< SSB
     std::optional<double> left_edge;                ///< OFFSET, ppm
     int64_t points = 0, strip = 0, tile = 0;        ///< SI, STSI, XDIM
     std::optional<bool> big_endian;
@@ -70,6 +72,9 @@ std::string read_title(const std::string& path);
 
 /// The offset of a dimension in Hz: from the reference frequency of its processing parameters, else the carrier's.
 double referenced_offset(double sfo1, double carrier_offset, const std::optional<Processing>& processing);
+
+/// What it asks for, in the words of the data set.
+ProcessingAdvice advice_of(const Processing& procs);
 
 /// Phases, line broadening, reference and title that the operator chose for the stored spectrum, for data yet to be transformed.
 void take_processing_of_fid(const std::optional<Processing>& procs, const Acquisition& acquisition, DataSet& data);

@@ -224,6 +224,7 @@ bool take_indirect(Translation& t, size_t d, const std::optional<Processing>& pr
     const bool sequential = indirect.mode == IndirectMode::qseq || indirect.mode == IndirectMode::tppi;
     dimension.domain_code = sequential ? domain_sequential : domain_complex;
     dimension.offset = float_or_zero(referenced_offset(indirect.sfo1, indirect.o1, processing));
+    if (processing) dimension.advice = advice_of(*processing);
     return true;
 }
 

@@ -49,7 +49,8 @@ void describe_pairs(const Combination& c, RowPlan& plan) {
     } else if (a1 != zero && same(std::abs(a1), std::abs(a2)) &&
                ((same(b1, i * a1) && same(b2, -i * a2)) || (same(b1, -i * a1) && same(b2, i * a2)))) {
         plan.process_type = "2D_ECHOANTIECHO";
-        plan.sense = same(b1, i * a1) ? -1 : 1;
+        // Echo and anti-echo are put together to (P + N)/2 and (P - N)/2i, the negative of i (S1 - S2)/2.
+        plan.sense = same(b1, i * a1) ? 1 : -1;
     } else {
         plan.sense = -1;
         plan.combination = c;

@@ -20,7 +20,6 @@ Outcome ask_statement(Arguments& args);
 /// A file name as a SET or ASK statement gives it: relative to the folder where such files are.
 std::string file_of_keyword(std::string_view keyword, const std::string& name);
 
-
 /// The next token of a statement.
 inline std::string next_token(Arguments& args) { return args.next(" (),\t\r\n="); }
 /// The rest of the line as one text.

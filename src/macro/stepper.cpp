@@ -10,6 +10,7 @@
 #include "common/file.h"
 #include "common/text.h"
 #include "config/paths.h"
+#include "config/settings.h"
 #include "macro/command_log.h"
 #include "macro/expansion.h"
 #include "macro/file_pattern.h"
@@ -44,6 +45,7 @@ struct Loop {
 struct Frame {
     Script script;
     std::vector<Loop> loops;
+    bool strict = false;  // its first failed line ends it
 };
 
 std::vector<Frame> frames;  // the running macro last, those that called it before it
@@ -275,6 +277,15 @@ bool StartMacro(const std::string& path) {
     for (const char* name : {"FILEA", "FILEB", "FILEC", "FILEIMPORT", "EXPORTFILE"}) session.macro_values.erase(name);
     return enter_macro(path);
 }
+
+bool run_own_macro(const std::string& path) {
+    if (frames.size() > deepest_call) return refuse("CALL nests more than 20 macros") != 0;
+    if (!enter_macro(path)) return false;
+    frames.back().strict = true;
+    return true;
+}
+
+bool stops_on_error() { return setting_switch("STOP_ON_ERROR") || (!frames.empty() && frames.back().strict); }
 
 bool MacroStep() {
     if (frames.empty()) return false;

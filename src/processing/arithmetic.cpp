@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "platform/platform.h"
+#include "processing/along.h"
 #include "processing/processing_commands.h"
 #include "state/dataset.h"
 #include "state/session.h"
@@ -28,9 +29,10 @@ int overwrite(Arguments& args, const Overwriting& what, Change change) {
     if (args.ask_usage()) return show_reply(std::string("  - USAGE:  ") + what.keyword);
     if (!playing_back() && platform().question(what.caption, what.question, Buttons::yes_no) != Answer::yes) return 0;
     const WaitCursor wait;
-    for_each_vector(show.store, [change](std::span<Complex> x) {
+    const bool done = for_each_vector(show.store, [change](std::span<Complex> x) {
         for (Complex& point : x) point = change(point);
     });
+    if (!done) return cancelled(what.keyword);
     mark_changed();
     return 1;
 }

@@ -5,11 +5,30 @@
 #include <complex>
 
 #include "common/text.h"
+#include "common/vectorised.h"
 #include "platform/platform.h"
+#include "processing/along.h"
 #include "processing/processing_commands.h"
 #include "state/dataset.h"
 
 namespace zolt {
+
+namespace {
+
+void subtract(std::span<Complex> x, Complex level) {
+    for (Complex& point : x) point -= level;
+}
+
+// Points count in 31 bits, which a float is made of much faster than of more.
+ZOLT_VECTORISED void subtract_line(float* x, size_t n, float re, float im, float slope_re, float slope_im) {
+    for (int32_t k = 0; k < static_cast<int32_t>(n); ++k) {
+        const auto place = static_cast<float>(k);
+        x[2 * k] -= re + place * slope_re;
+        x[2 * k + 1] -= im + place * slope_im;
+    }
+}
+
+}  // namespace
 
 int correct_linear_baseline(std::span<Complex> x, int64_t averaged, int64_t skipped) {
     const auto n = static_cast<int64_t>(x.size());
@@ -24,9 +43,9 @@ int correct_linear_baseline(std::span<Complex> x, int64_t averaged, int64_t skip
     left /= static_cast<float>(m);
     right /= static_cast<float>(m);
     const Complex slope = (right - left) / static_cast<float>(x.size() - 2 * s);
-    for (size_t k = 0; k < s; ++k) x[k] -= left;
-    for (size_t k = s; k <= last; ++k) x[k] -= left + static_cast<float>(k - s) * slope;
-    for (size_t k = last + 1; k < x.size(); ++k) x[k] -= right;
+    subtract(x.first(s), left);
+    subtract_line(reinterpret_cast<float*>(x.data() + s), last + 1 - s, left.real(), left.imag(), slope.real(), slope.imag());
+    subtract(x.subspan(last + 1), right);
     return 1;
 }
 
@@ -36,17 +55,17 @@ void correct_offset(std::span<Complex> x) {
     std::complex<double> sum = 0;
     for (const Complex point : x.last(count)) sum += std::complex<double>(point);
     const Complex offset(sum / static_cast<double>(count));
-    for (Complex& point : x) point -= offset;
+    subtract(x, offset);
 }
 
 int cmd_bc(Arguments& args) {
     if (args.ask_usage()) return show_reply("  - USAGE:  BC");
     if (show.level > 4) return refuse(format_text("BC on A not supported for Arrayed mode level = %d", show.level));
     const WaitCursor wait;
-    if (show.dims[0].frequency)
-        for_each_vector(show.store, [](std::span<Complex> x) { correct_linear_baseline(x, 16, 0); });
-    else
-        for_each_vector(show.store, correct_offset);
+    const bool done = show.dims[0].frequency
+                          ? for_each_vector(show.store, [](std::span<Complex> x) { correct_linear_baseline(x, 16, 0); })
+                          : for_each_vector(show.store, correct_offset);
+    if (!done) return cancelled("BC");
     mark_changed();
     return 1;
 }

@@ -6,7 +6,7 @@
 #include <span>
 
 #include "processing/phase.h"
-#include "state/vectors.h"
+#include "state/dataset.h"
 
 namespace zolt {
 
@@ -42,6 +42,10 @@ bool shift_out_delay(std::span<Complex> x, const Rotation& rotation);
 bool shift_out_delay_sequential(std::span<Complex> x, const Rotation& rotation, std::span<Complex> work);
 
 void conjugate(std::span<Complex> x);
+
+/// Notes that a dimension of the data set has been transformed: complex, frequency. The second-order phase total outlives a
+/// transform, the others do not.
+void becomes_spectrum(Dimension& dimension);
 
 /// The packed transform of 2n real numbers x, held in turn as the parts of n points, n a power of two. Sign +1 gives
 /// F[k] = sum of x[j] e^(+2 pi i jk/2n), unscaled: point 0 holds F[0] and F[n] (both real), points 1 to n - 1 the F of their

@@ -1,6 +1,7 @@
-// FT, REALFT and BR: the transforms of fourier.h applied to the whole data set, and what they change of its state.
+// FT and BR: the transforms of fourier.h applied to the whole data set, and what they change of its state.
 #include <algorithm>
 #include <complex>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -10,6 +11,7 @@
 #include "common/numbers.h"
 #include "common/text.h"
 #include "platform/platform.h"
+#include "processing/along.h"
 #include "processing/arithmetic.h"
 #include "processing/fft.h"
 #include "processing/fourier.h"
@@ -24,14 +26,6 @@ namespace zolt {
 namespace {
 
 constexpr std::string_view separators = " ,\t\r\n=";
-
-// A dimension that has been transformed. The second-order phase total outlives a transform, the others do not.
-void becomes_spectrum(Dimension& dimension) {
-    dimension.domain_code = domain_complex;
-    dimension.frequency = true;
-    dimension.phase_totals[0] = dimension.phase_totals[1] = 0;
-    mark_changed();
-}
 
 bool fill_to_power_of_two() {
     if (is_power_of_two(show.store.points())) return true;
@@ -58,11 +52,17 @@ int complex_ft(bool sort) {
     Dimension& dimension = show.dims[0];
     const bool mirrored = dimension.sense < 0, delayed = delay_is_pending();
     const Rotation rotation = delay_rotation(show.group_delay, show.store.points(), domain_complex);
-    for_each_vector(show.store, [&](std::span<Complex> x) {
+    RotationTable table;
+    const bool tabled = delayed && sort && show.store.count() > 1 && table.fill(rotation, show.store.points());
+    const bool done = for_each_vector(show.store, [&](std::span<Complex> x) {
         if (mirrored) conjugate(x);
         forward_complex_ft(x, sort);
-        if (delayed) rotate_spectrum(x, rotation, sort);
+        if (tabled)
+            table.rotate(x);
+        else if (delayed)
+            rotate_spectrum(x, rotation, sort);
     });
+    if (!done) return cancelled("Complex FT");
     dimension.sense = 1;
     if (delayed) show.group_delay = 0;
     becomes_spectrum(dimension);
@@ -73,7 +73,10 @@ int complex_ft(bool sort) {
 int rotate_and_transform() {
     if (show.rotation > 0) {
         const auto amount = static_cast<uint64_t>(std::exchange(show.rotation, 0));
-        for_each_vector(show.store, [amount](std::span<Complex> x) { rotate_left(x, amount); });
+        if (!for_each_vector(show.store, [amount](std::span<Complex> x) { rotate_left(x, amount); })) {
+            show.rotation = static_cast<int32_t>(amount);
+            return cancelled("RD");
+        }
         mark_changed();
     }
     return complex_ft(true);
@@ -83,15 +86,15 @@ int do_real_ft() {
     if (!fill_to_power_of_two()) return 0;
     if (show.level > 3) return refuse(format_text("Real FT not supported in Arrayed mode level %d", show.level));
     VectorStore spectra;
-    if (!spectra.allocate(show.store.count(), show.store.points() / 2))
+    if (!spectra.allocate_unset(show.store.count(), show.store.points() / 2))
         return refuse("Memory alloction failure for show.cvNMRdata in do_real_ft");
     if (!can_transform(spectra, -1)) return refuse("Forward FT routine failed");
     const Complex* const fids = show.store.all().data();
     const size_t points = spectra.points();
-    for_each_vector(spectra, [&](std::span<Complex> out) {
-        const auto place = static_cast<size_t>(out.data() - spectra.all().data());
-        forward_real_ft({fids + 2 * place, 2 * points}, out);
+    const bool done = for_each_vector(spectra, [&](std::span<Complex> out, size_t i) {
+        forward_real_ft({fids + 2 * i * points, 2 * points}, out);
     });
+    if (!done) return cancelled("Real FT");
     show.store = std::move(spectra);
     show.dims[0].points = static_cast<int32_t>(points);
     becomes_spectrum(show.dims[0]);
@@ -104,10 +107,11 @@ int sequential_ft() {
     if (!can_transform(show.store, -1)) return refuse("Bruker FT routine failed");
     const bool delayed = delay_is_pending();
     const Rotation rotation = delay_rotation(show.group_delay, show.store.points(), domain_sequential);
-    for_each_vector(show.store, [&](std::span<Complex> x) {
+    const bool done = for_each_vector(show.store, [&](std::span<Complex> x) {
         forward_sequential_ft(x);
         if (delayed) rotate_spectrum(x, rotation, true);
     });
+    if (!done) return cancelled("TPPI FT");
     if (delayed) show.group_delay = 0;
     becomes_spectrum(show.dims[0]);
     return 1;
@@ -117,7 +121,7 @@ int inverse_ft() {
     if (!fill_to_power_of_two()) return 0;
     if (show.level > 3) return refuse(format_text("Inverse FT not supported in Arrayed mode level %d", show.level));
     if (!can_transform(show.store, +1)) return refuse("Inverse FT routine failed");
-    for_each_vector(show.store, inverse_complex_ft);
+    if (!for_each_vector(show.store, inverse_complex_ft)) return cancelled("Inverse FT");
     show.dims[0].frequency = false;
     mark_changed();
     return 1;
@@ -127,16 +131,54 @@ int hilbert_ft() {
     if (!fill_to_power_of_two()) return 0;
     if (show.level > 3) return refuse(format_text("Hilbert FT not supported in Arrayed mode level %d", show.level));
     if (!can_transform(show.store, +1)) return refuse("Inverse FT routine failed");
-    for_each_vector(show.store, hilbert);
+    if (!for_each_vector(show.store, hilbert)) return cancelled("Hilbert FT");
     mark_changed();
+    return 1;
+}
+
+std::string no_column(int dimension) {
+    return format_text("Memory alloction failure for cvdata in complex_ft_%dD function.", dimension);
+}
+
+// Applies a transform to the columns along dimension 2, 3 or 4.
+int transform_along(int dimension, const char* name, const std::function<void(std::span<Complex>)>& kernel) {
+    Dimension& transformed = show.dims[static_cast<size_t>(dimension - 1)];
+    const auto along = along_dimension(show, dimension);
+    if (!is_power_of_two(along ? along->length : static_cast<uint64_t>(std::max(0, transformed.points))))
+        return refuse(format_text("Data must be power of 2 in the %s dimension", ordinal(dimension)));
+    if (!along_or_refuse(dimension, name)) return 0;
+    Buffer<Complex> probe;
+    if (!probe.allocate(along->length)) return refuse(no_column(dimension));
+    if (!fft_available(probe.data(), along->length, -1)) return refuse("Forward FT routine failed");
+    const ColumnWork work = for_each_column(show.store, *along, kernel);
+    if (work == ColumnWork::no_memory) return refuse(no_column(dimension));
+    if (work == ColumnWork::cancelled) return cancelled(name);
+    transformed.sense = 1;
+    becomes_spectrum(transformed);
     return 1;
 }
 
 int complex_ft_along(int dimension) {
     if (dimension == 1) return complex_ft(true);
-    if (!is_power_of_two(static_cast<uint64_t>(std::max(0, show.dims[dimension - 1].points))))
-        return refuse(format_text("Data must be power of 2 in the %s dimension", ordinal(dimension)));
-    return refuse(format_text("Complex FT in %s dimension not supported in Arrayed mode level %d", ordinal(dimension), show.level));
+    const bool mirrored = show.dims[static_cast<size_t>(dimension - 1)].sense < 0;
+    return transform_along(dimension, "Complex FT", [mirrored](std::span<Complex> x) {
+        if (mirrored) conjugate(x);
+        forward_complex_ft(x, true);
+    });
+}
+
+// FT sequential [2D / 3D / 4D]: real samples, two to a point. They are the same for both senses of rotation: where it is
+// the other one, the spectrum is turned round.
+int ft_sequential(Arguments& args) {
+    const int dimension = std::max(1, dimension_word(args.next(separators)));
+    if (dimension == 1) return sequential_ft();
+    const bool mirrored = show.dims[static_cast<size_t>(dimension - 1)].sense < 0;
+    return transform_along(dimension, "TPPI FT", [mirrored](std::span<Complex> x) {
+        forward_sequential_ft(x);
+        if (!mirrored) return;
+        conjugate(x);
+        std::ranges::reverse(x);
+    });
 }
 
 int ft_by_domain_code() {
@@ -169,46 +211,6 @@ int ft_of_dimension(int dimension) {
     return complex_ft_along(dimension);
 }
 
-// ---- REALFT
-
-bool packed_real_ft_forward(std::span<const Complex> x, std::span<std::complex<double>> work, std::span<Complex> out) {
-    for (size_t k = 0; k < work.size(); ++k) work[k] = {x[2 * k].real(), x[2 * k + 1].real()};
-    if (!packed_real_ft(work, +1)) return false;
-    for (size_t k = 0; k < out.size(); ++k) out[out.size() - 1 - k] = Complex(work[k]);
-    return true;
-}
-
-int realft_forward() {
-    static constexpr const char* vectors[] = {"cvdata", "cvmxdata", "pwdata", "CV3Ddata", "CV3Ddata"};
-    static constexpr const char* failures[] = {"Failed real_ft.", "Failed real_ft.", "Failed real_ft for pairwise A.",
-                                               "Failed real_ft for 3D matrix.", "Failed real_ft for 4D matrix."};
-    if (show.level > 4) return refuse(format_text("Real FT not supported in Arrayed mode level %d", show.level));
-    const size_t points = show.store.points() / 2;
-    Buffer<std::complex<double>> work;
-    VectorStore spectra;
-    if (!work.allocate(points) || !spectra.allocate(show.store.count(), points))
-        return refuse(format_text("Memory alloction failure for %s in real_ft", vectors[show.level]));
-    for (size_t i = 0; i < spectra.count(); ++i)
-        if (!packed_real_ft_forward(show.store.vector(i), work.span(), spectra.vector(i))) return refuse(failures[show.level]);
-    show.store = std::move(spectra);
-    show.dims[0].points = static_cast<int32_t>(points);
-    becomes_spectrum(show.dims[0]);
-    return 1;
-}
-
-// Of the current vector alone. The numbers it gives stand two to a point.
-int realft_inverse() {
-    const std::span<Complex> x = show.cvNMRdata();
-    Buffer<std::complex<double>> work;
-    if (!work.allocate(x.size())) return refuse("Memory alloction failure for cvdata in real_ft");
-    for (size_t k = 0; k < x.size(); ++k) work[k] = x[x.size() - 1 - k];
-    if (!packed_real_ft(work.span(), -1)) return refuse("Failed real_ft.");
-    for (size_t k = 0; k < x.size(); ++k) x[k] = Complex(work[k]);
-    show.dims[0].frequency = false;
-    mark_changed();
-    return 1;
-}
-
 // ---- BR
 
 int shift_fids() {
@@ -217,12 +219,12 @@ int shift_fids() {
     const Rotation rotation = delay_rotation(show.group_delay, show.store.points(), dimension.domain_code);
     // The transform to come will conjugate data of sense -1 before it would take the delay out; real data it never does.
     const bool mirrored = dimension.sense < 0 && dimension.domain_code != domain_real;
-    for_each_vector(show.store, [&](std::span<Complex> x) {
+    const bool done = for_each_vector(show.store, [&](std::span<Complex> x) {
         if (mirrored) conjugate(x);
         shift_out_delay(x, rotation);
         if (mirrored) conjugate(x);
     });
-    return 1;
+    return done ? 1 : cancelled("BR");
 }
 
 int shift_sequential_fids() {
@@ -237,8 +239,7 @@ int shift_sequential_fids() {
 
 int rotate_spectra() {
     const Rotation rotation = delay_rotation(show.group_delay, show.store.points(), domain_complex);
-    for_each_vector(show.store, [&](std::span<Complex> x) { rotate_spectrum(x, rotation, true); });
-    return 1;
+    return rotate_vectors(show.store, rotation) ? 1 : cancelled("BR");
 }
 
 int take_out_delay() {
@@ -254,6 +255,13 @@ int take_out_delay() {
 
 }  // namespace
 
+void becomes_spectrum(Dimension& dimension) {
+    dimension.domain_code = domain_complex;
+    dimension.frequency = true;
+    dimension.phase_totals[0] = dimension.phase_totals[1] = 0;
+    mark_changed();
+}
+
 int cmd_ft(Arguments& args) {
     if (args.ask_usage(separators)) return show_reply("  - USAGE: FT [Complex / Real / Hilbert / Inverse] [1D / 2D / 3D / 4D]");
     const WaitCursor wait;
@@ -262,24 +270,11 @@ int cmd_ft(Arguments& args) {
     if (same_word(word, "complex")) return ft_complex(args);
     if (same_word(word, "complex_nosort")) return complex_ft(false);
     if (same_word(word, "real")) return do_real_ft();
-    if (same_word(word, "sequential")) return sequential_ft();
+    if (same_word(word, "sequential")) return ft_sequential(args);
     if (same_word(word, "inverse")) return inverse_ft();
     if (same_word(word, "hilbert")) return hilbert_ft();
     if (const int dimension = dimension_word(word)) return ft_of_dimension(dimension);
     return show_reply("  - USAGE: FT [Complex / Real / Hilbert / Inverse] [1D / 2D / 3D / 4D]");
-}
-
-int cmd_realft(Arguments& args) {
-    const std::string word = args.next(separators);
-    const bool forward = word.empty() || same_word(word, "forward") || same_word(word, "f");
-    const bool inverse = same_word(word, "inverse") || same_word(word, "i");
-    if (!forward && !inverse) return show_reply("   Usage:  REALFT [forward / inverse]");
-    if (!is_power_of_two(show.store.points())) {
-        platform().reply("   Data must be a power of 2 in size, do ZF first.");
-        return 0;
-    }
-    const WaitCursor wait;
-    return forward ? realft_forward() : realft_inverse();
 }
 
 int cmd_br(Arguments& args) {

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <span>
 
+#include "common/buffer.h"
 #include "state/vectors.h"
 
 namespace zolt {
@@ -21,6 +22,8 @@ public:
     double phase(size_t k) const;
     /// cos and sin of the phase at the points first ... first + block - 1, to the rounding of a double.
     void fill(size_t first, std::array<double, block>& cosine, std::array<double, block>& sine) const;
+    /// All points have the same phase.
+    bool constant() const { return first_order_ == 0 && second_order_ == 0; }
 
 private:
     double zero_order_, first_order_, second_order_, pivot_, n_;
@@ -32,11 +35,32 @@ private:
 /// Multiplies the points by e^(-i phase); x[0] has the phase of point `first`.
 void rotate(std::span<Complex> x, const Rotation& rotation, size_t first = 0);
 
+/// The cosines and sines of a rotation, for many vectors or for the places along another dimension.
+class RotationTable {
+public:
+    /// Those of n points; false without memory.
+    [[nodiscard]] bool fill(const Rotation& rotation, size_t n);
+    /// Turns each point by its own angle, with one rounding to single precision.
+    void rotate(std::span<Complex> x) const;
+    /// Turns all of them by the angle of one place.
+    void rotate_all(std::span<Complex> x, size_t place) const;
+
+private:
+    Buffer<double> cosine_, sine_;
+};
+
+/// Rotates every vector of the store, one alone by the angles themselves, many by a table of them. False, and every point
+/// as before, when the user has cancelled.
+bool rotate_vectors(VectorStore& store, const Rotation& rotation);
+
 /// Angles of a phase correction in degrees: zero, first and second order.
 using PhaseAngles = std::array<float, 3>;
 
 /// Rotates the vectors of the current level about a pivot (in points). With `update_totals` the angles are added to the
 /// totals of dimension 1. 1 when done; at a level without it, 0 with its message and nothing changed.
 int phase_correct(const PhaseAngles& degrees, double pivot, bool update_totals);
+
+/// Rotates along dimension 2, 3 or 4 about its first point, and adds the angles to its totals. 1 when done.
+int phase_correct_along(int dimension, const PhaseAngles& degrees);
 
 }  // namespace zolt

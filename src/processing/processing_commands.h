@@ -21,6 +21,20 @@ int cmd_zi(Arguments& args);
 int cmd_zr(Arguments& args);
 int cmd_zn(Arguments& args);
 int cmd_21(Arguments& args);
+int cmd_sinebell(Arguments& args);
+int cmd_cosine(Arguments& args);
+int cmd_phasedim(Arguments& args);
+int cmd_zerofill(Arguments& args);
+int cmd_sr(Arguments& args);
+int cmd_mc(Arguments& args);
+int cmd_m2(Arguments& args);
+int cmd_ls(Arguments& args);
+int cmd_rs(Arguments& args);
+int cmd_rd(Arguments& args);
+int cmd_switchab(Arguments& args);
+int cmd_alternatesign(Arguments& args);
+int cmd_echoantiecho(Arguments& args);
+int cmd_reference(Arguments& args);
 
 /// Averages blocks of `digit` points, of ten for 0.
 int average_data(int digit);

@@ -27,6 +27,13 @@ inline int dimension_word(std::string_view word) {
     return is_dimension ? word[0] - '0' : 0;
 }
 
+/// The dimension that the next argument names, which is then taken; 1 when it names none.
+inline int take_dimension(Arguments& args) {
+    const int dimension = dimension_word(args.peek());
+    if (dimension != 0) args.next();
+    return dimension != 0 ? dimension : 1;
+}
+
 /// The number that an argument begins with; nothing when it begins with none, or with one that no float holds.
 inline std::optional<float> number_argument(std::string_view word) {
     const auto value = leading_number(word);

@@ -1,11 +1,13 @@
-// Weights of the exponential and Gaussian windows, and LB, EM and GM.
+// Weights of the windows, and LB, EM, GM, SineBell and COSINE.
 #include "processing/window.h"
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <string>
 
 #include "common/text.h"
+#include "common/vectorised.h"
 #include "platform/platform.h"
 #include "processing/processing_commands.h"
 #include "processing/values.h"
@@ -36,29 +38,56 @@ double Window::weight(size_t distance) const {
     return std::exp(-(linear_ * t + square_ * t * t));
 }
 
-void Window::fill(size_t first, std::array<float, block>& weights) const {
+namespace {
+
+ZOLT_VECTORISED void scaled(double factor, const double* __restrict table, float* __restrict weights) {
+    for (size_t j = 0; j < Weights::block; ++j) weights[j] = static_cast<float>(factor * table[j]);
+}
+
+ZOLT_VECTORISED void product(const double* __restrict factors, const double* __restrict table, float* __restrict weights) {
+    for (size_t j = 0; j < Weights::block; ++j) weights[j] = static_cast<float>(factors[j] * table[j]);
+}
+
+// factor step^j: the first places one from another, the others from them, several at a time.
+void fill_powers(double factor, double step, std::array<double, Weights::block>& powers) {
+    constexpr size_t lanes = 8;
+    double leap = 1;
+    for (size_t j = 0; j < lanes; ++j, factor *= step, leap *= step) powers[j] = factor;
+    for (size_t j = lanes; j < powers.size(); ++j) powers[j] = powers[j - lanes] * leap;
+}
+
+}  // namespace
+
+void Window::fill_behind(size_t distance, std::array<float, block>& weights) const {
     // With t = first + j: e^-(linear t) = e^-(linear first) e^-(linear j), and for the square a third factor,
-    // e^-(2 square first j), the j-th power of `step`.
-    double factor = weight(first);
-    if (square_ == 0) {
-        for (size_t j = 0; j < block; ++j) weights[j] = static_cast<float>(factor * head_[j]);
-        return;
-    }
-    const double step = std::exp(-2 * square_ * static_cast<double>(first));
+    // e^-(2 square first j), the j-th power of one number.
+    const double factor = weight(distance);
+    if (square_ == 0) return scaled(factor, head_.data(), weights.data());
+    std::array<double, block> powers;
+    fill_powers(factor, std::exp(-2 * square_ * static_cast<double>(distance)), powers);
+    product(powers.data(), head_.data(), weights.data());
+}
+
+void Window::fill(size_t first, std::array<float, block>& weights) const {
+    if (first >= centre_) return fill_behind(first - centre_, weights);
     for (size_t j = 0; j < block; ++j) {
-        weights[j] = static_cast<float>(factor * head_[j]);
-        factor *= step;
+        const size_t k = first + j;
+        weights[j] = static_cast<float>(weight(k < centre_ ? centre_ - k : k - centre_));
     }
 }
 
-void weigh(std::span<Complex> x, const Window& window) {
-    const size_t centre = std::min(window.centre(), x.size());
-    for (size_t k = 0; k < centre; ++k) x[k] *= static_cast<float>(window.weight(centre - k));
-    std::array<float, Window::block> weights;
-    for (size_t at = centre; at < x.size(); at += Window::block) {
-        window.fill(at - centre, weights);
-        const std::span<Complex> part = x.subspan(at, std::min(Window::block, x.size() - at));
-        for (size_t j = 0; j < part.size(); ++j) part[j] *= weights[j];
+SineBell::SineBell(double offset, double end, double power, size_t n)
+    : angle_(std::numbers::pi * offset,
+             n > 1 ? std::numbers::pi * (end - offset) * static_cast<double>(n) / static_cast<double>(n - 1) : 0, 0, 0, n),
+      power_(power) {}
+
+void SineBell::fill(size_t first, std::array<float, block>& weights) const {
+    std::array<double, block> cosine, sine;
+    angle_.fill(first, cosine, sine);
+    for (size_t j = 0; j < block; ++j) {
+        // Rounding must not make the ends of the bell negative, of which there is no power.
+        const double value = std::max(sine[j], 0.0);
+        weights[j] = static_cast<float>(power_ == 1 ? sine[j] : power_ == 2 ? sine[j] * sine[j] : std::pow(value, power_));
     }
 }
 
@@ -71,14 +100,16 @@ double dwell_time(const Dimension& dimension) {
 namespace {
 
 int weigh_along(int dimension, WindowShape shape, const char* name, float lb) {
-    if (dimension > 1)
-        return refuse(
-            format_text("%s in %s dimension not supported in Arrayed mode level %d", name, ordinal(dimension), show.level));
-    if (show.level > 4) return refuse(format_text("%s not supported in Arrayed mode level %d", name, show.level));
-    const Window window(shape, lb, dwell_time(show.dims[0]), show.store.points());
-    for_each_vector(show.store, [&](std::span<Complex> x) { weigh(x, window); });
-    mark_changed();
-    return 1;
+    size_t n = show.store.points();
+    if (dimension > 1) {
+        const auto along = along_or_refuse(dimension, name);
+        if (!along) return 0;
+        n = along->length;
+    }
+    const Dimension& weighted = show.dims[static_cast<size_t>(dimension - 1)];
+    const Window window(shape, double{lb}, dwell_time(weighted), n);
+    return weigh_dimension(dimension, window, name,
+                           format_text("Memory alloction failure for cvdata in do_em_%dD function.", dimension));
 }
 
 int weight_command(Arguments& args, WindowShape shape, const char* name) {
@@ -110,5 +141,49 @@ int cmd_lb(Arguments& args) { return set_stored_value(show.lb(), "LB", "Line bro
 int cmd_em(Arguments& args) { return weight_command(args, WindowShape::exponential, "EM"); }
 
 int cmd_gm(Arguments& args) { return weight_command(args, WindowShape::gaussian, "GM"); }
+
+namespace {
+
+int sine_bell(int dimension, double offset, double end, double power, const char* name) {
+    size_t n = show.store.points();
+    if (dimension > 1) {
+        const auto along = along_or_refuse(dimension, name);
+        if (!along) return 0;
+        n = along->length;
+    }
+    const WaitCursor wait;
+    return weigh_dimension(dimension, SineBell(offset, end, power, n), name,
+                           format_text("There is no memory for the weights of %s.", name));
+}
+
+}  // namespace
+
+int cmd_sinebell(Arguments& args) {
+    constexpr const char* usage = "SineBell [2D / 3D / 4D] [offset 0-1] [end 0-1] [power]";
+    if (args.ask_usage()) return show_reply(std::string("  - USAGE:  ") + usage);
+    const int dimension = take_dimension(args);
+    // Without values the whole bell.
+    std::array<double, 3> values = {0, 1, 1};
+    for (double& value : values) {
+        const std::string word = args.next();
+        if (word.empty()) break;
+        const auto number = number_argument(word);
+        if (!number) return not_a_number(word);
+        value = double{*number};
+    }
+    const bool inside = values[0] >= 0 && values[0] <= 1 && values[1] >= 0 && values[1] <= 1 && values[2] > 0 && values[2] <= 100;
+    if (!inside) return refuse("SineBell takes an offset and an end between 0 and 1, and a positive power.");
+    return sine_bell(dimension, values[0], values[1], values[2], "SineBell");
+}
+
+int cmd_cosine(Arguments& args) {
+    if (args.ask_usage()) return show_reply("  - USAGE:  COSINE [2D / 3D / 4D] [power]");
+    const int dimension = take_dimension(args);
+    const std::string word = args.next();
+    const auto power = word.empty() ? 1.0F : number_argument(word);
+    if (!power) return not_a_number(word);
+    if (!(*power > 0 && *power <= 100)) return refuse("COSINE takes a positive power.");
+    return sine_bell(dimension, 0.5, 1, double{*power}, "COSINE");
+}
 
 }  // namespace zolt

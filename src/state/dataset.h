@@ -19,6 +19,20 @@ enum DomainCode { domain_real = 0, domain_complex = 1, domain_sequential = 2 };
 /// Axis unit codes, as headers store them.
 enum AxisUnit { unit_none = 0, unit_points = 1, unit_hz = 2, unit_ppm = 3 };
 
+/// The window that a data set's own files ask for.
+enum class Apodization { unknown, none, exponential, sine, sine_squared };
+
+/// How the files of a data set would have a dimension processed; what they do not say is 0.
+struct ProcessingAdvice {
+    int32_t points = 0;  ///< of the spectrum
+    Apodization window = Apodization::unknown;
+    double lb = 0;                 ///< Hz, of an exponential window
+    double bell_offset = 0;        ///< start of a sine bell, as a share of half a period
+    bool phased = false;           ///< the operator's phases are known:
+    std::array<float, 2> phase{};  ///< zero and first order, degrees
+    bool operator==(const ProcessingAdvice&) const = default;
+};
+
 struct Dimension {
     int32_t points = 0;  ///< complex points; for dimension 2 the number of slices, and so on
     float sf = 0;        ///< spectrometer frequency, MHz
@@ -32,6 +46,7 @@ struct Dimension {
     int order = 0;                   ///< entry of the dimension-order table, 1 to 4
     int sense = 1;                   ///< -1: a line above the carrier turns as e^(+iwt), the first transform conjugates
     std::array<float, 5> carried{};  ///< parameters P2 to P6 of the header, carried unchanged (P6 of dimension 1: LB)
+    ProcessingAdvice advice{};       ///< for Process; no file of ours keeps it
 
     Axis axis() const { return {static_cast<double>(points), sw, sf, offset}; }
     bool operator==(const Dimension&) const = default;

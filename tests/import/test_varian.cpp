@@ -143,7 +143,7 @@ TEST_F(VarianImport, FillsTheRecord) {
     EXPECT_EQ((Values{d1.sf, d1.sw, d1.offset, d2.sf, d2.sw, d2.offset}), (Values{400.5, 5000.5, 2172, 100.5, 12000, 6009.75}));
     EXPECT_EQ((Values{show.d1, show.p1, show.o1, show.o2, show.lb(), show.phase[0], show.phase[1]}),
               (Values{1.5, 7.25, -190, -3500, 0.25, -90, -30}));
-    EXPECT_EQ((std::vector{d1.sense, d2.sense, d2.points, show.scans}), (std::vector{1, -1, 4, 16}));
+    EXPECT_EQ((std::vector{d1.sense, d2.sense, d2.points, show.scans}), (std::vector{1, 1, 4, 16}));
     EXPECT_EQ((std::vector<std::string>{d1.nucleus, d2.nucleus, show.experiment, show.solvent, show.date, show.user, show.comment,
                                         show.process_type, show.source}),
               (std::vector<std::string>{"1H", "13C", "gHSQC", "cdcl3", "Jun  6 2010", "vnmr1", "Line 1 \xC2\xB5", "2D_ECHOANTIECHO",
@@ -196,8 +196,8 @@ TEST(VarianRows, AreWhatTheExperimentSays) {
                  {"ni=3;phase=1 2;array='phase'", 6, "2D_HYPERCOMPLEX", 6, 1, 1, {}},
                  {"ni=3;phase=1 2;f1coef='1 0 0 0 0 0 -1 0'", 6, "2D_HYPERCOMPLEX", 6, 1, 1, {}},
                  {"ni=3;phase=1 2;f1coef='1 0 0 0 0 0 1 0'", 6, "2D_HYPERCOMPLEX", 6, 1, -1, {}},
-                 {"ni=3;phase=1 2;f1coef='1 0 1 0 0 -1 0 1'", 6, "2D_ECHOANTIECHO", 6, 1, -1, {}},
-                 {"ni=3;phase=1 2;f1coef='1 0 1 0 0 1 0 -1'", 6, "2D_ECHOANTIECHO", 6, 1, 1, {}},
+                 {"ni=3;phase=1 2;f1coef='1 0 1 0 0 -1 0 1'", 6, "2D_ECHOANTIECHO", 6, 1, 1, {}},
+                 {"ni=3;phase=1 2;f1coef='1 0 1 0 0 1 0 -1'", 6, "2D_ECHOANTIECHO", 6, 1, -1, {}},
                  {"ni=3;phase=1 2;f1coef='1 0 1 0 1 0 -1 0'", 6, "2D_HYPERCOMPLEX", 6, 1, -1, {}, true},
                  {"ni=3;phase=1 2;f1coef='1 0 0 1'", 6, "2D_HYPERCOMPLEX", 6, 1, 1, {}},
                  {"ni=6;phase=1;f1coef='1 0 1 0 0 -1 0 1'", 6, "2D_MAGNITUDE", 6, 1, 1, {}},

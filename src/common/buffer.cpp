@@ -1,0 +1,77 @@
+// Large blocks of memory, kept for reuse: pages fresh from the system cost more than most of what is done with them.
+#include "common/buffer.h"
+
+#include <array>
+#include <mutex>
+
+#include <sys/mman.h>
+
+namespace zolt {
+
+namespace {
+
+constexpr size_t huge_page = size_t{1} << 21;
+constexpr size_t most_kept = size_t{512} << 20;  // bytes, all kept blocks together
+
+struct Block {
+    void* data = nullptr;
+    size_t bytes = 0;
+};
+
+// Blocks that were given back. Never destroyed: the end of the program frees everything at once.
+struct Kept {
+    std::array<Block, 4> blocks{};
+    size_t bytes = 0;
+    std::mutex mutex;
+};
+
+Kept& kept() {
+    static Kept& blocks = *new Kept;
+    return blocks;
+}
+
+// The smallest kept block that holds so many bytes and wastes less than half of itself.
+Block reused(size_t bytes) {
+    Kept& all = kept();
+    const std::lock_guard lock(all.mutex);
+    Block* best = nullptr;
+    for (Block& block : all.blocks)
+        if (block.bytes >= bytes && block.bytes / 2 <= bytes && (best == nullptr || block.bytes < best->bytes)) best = &block;
+    if (best == nullptr) return {};
+    all.bytes -= best->bytes;
+    return std::exchange(*best, Block());
+}
+
+}  // namespace
+
+void* allocate_block(size_t& bytes) {
+    if (bytes >= huge_page) {
+        const Block block = reused(bytes);
+        if (block.data != nullptr) {
+            bytes = block.bytes;
+            return block.data;
+        }
+    }
+    const size_t alignment = bytes >= huge_page ? huge_page : 64;
+    bytes = (bytes + alignment - 1) / alignment * alignment;
+    void* data = std::aligned_alloc(alignment, bytes);
+    if (data != nullptr && bytes >= huge_page) madvise(data, bytes, MADV_HUGEPAGE);
+    return data;
+}
+
+void free_block(void* data, size_t bytes) {
+    if (data == nullptr) return;
+    if (bytes >= huge_page && bytes <= most_kept) {
+        Kept& all = kept();
+        const std::lock_guard lock(all.mutex);
+        for (Block& block : all.blocks)
+            if (block.data == nullptr && all.bytes + bytes <= most_kept) {
+                block = {data, bytes};
+                all.bytes += bytes;
+                return;
+            }
+    }
+    std::free(data);
+}
+
+}  // namespace zolt
