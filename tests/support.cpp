@@ -14,6 +14,7 @@
 #include "common/text.h"
 #include "config/paths.h"
 #include "datafile/native_file.h"
+#include "display/view.h"
 #include "state/session.h"
 
 namespace zolt::test {
@@ -116,6 +117,7 @@ CommandTest::CommandTest() {
 CommandTest::~CommandTest() {
     shut_down();
     show = DataSet();
+    view_of(show) = {};
     set_platform(nullptr);
     std::error_code ignored;
     fs::current_path("/", ignored);

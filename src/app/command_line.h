@@ -18,8 +18,21 @@ void ResetCommandText();
 
 /// The text behind the prompt.
 std::string_view typed_text();
-/// Drops the last typed character (a whole UTF-8 one); false when there is none.
-bool delete_last_character();
+/// Where the next typed character goes, in bytes of the typed text.
+size_t caret();
+/// Moves the caret by whole characters; false at the end of the text.
+bool move_caret(int characters);
+/// To the start or the end of the typed text.
+void move_caret_to(bool end);
+/// Puts one byte of the text in at the caret; false when the line is full.
+bool insert_at_caret(char byte);
+/// Drops the character before or behind the caret (a whole UTF-8 one); false when there is none.
+bool delete_before_caret();
+bool delete_at_caret();
+
+/// Carries out a line that was not typed, such as one of a menu or of the mouse; what the user has typed so far stays. A
+/// command that changes no more than the view takes no undo snapshot.
+int run_line(std::string_view line, LineSource source);
 
 /// Carries out the line in the buffer; `key` is 13 or 10. Returns the result of the line.
 int ExecuteCommandLine(int key, LineSource source);

@@ -5,6 +5,7 @@
 #include "analysis/integral_commands.h"
 #include "app/app_commands.h"
 #include "app/help.h"
+#include "app/info_command.h"
 #include "app/keystrokes.h"
 #include "app/link_player.h"
 #include "common/text.h"
@@ -12,6 +13,7 @@
 #include "config/config_commands.h"
 #include "datafile/file_commands.h"
 #include "display/display_commands.h"
+#include "display/view_commands.h"
 #include "import/export.h"
 #include "import/import_commands.h"
 #include "macro/macro_commands.h"
@@ -57,7 +59,7 @@ constexpr Command keywords[] = {
     {"AutoPhase", cmd_ap, needs_data | redraws, "AP or AutoPhase [0]", "automatic phase correction, of zero order only with 0"},
     {"QP", cmd_ap, needs_data | redraws, "AP or AutoPhase [0]", "automatic phase correction, of zero order only with 0"},
     {"AP", cmd_ap, needs_data | redraws, "AP or AutoPhase [0]", "automatic phase correction, of zero order only with 0"},
-    planned("Axis", "axis unit"),
+    {"Axis", cmd_axis, needs_data | redraws | views, "Axis <None / Points / Seconds / Hz / PPM>", "unit of the axis"},
     planned("AxisPen"), planned("B+"), planned("B-"),
     {"B1", cmd_buffer<1>, needs_data | redraws, "B1 [clear / comment]", "keeps the current data in buffer 1, for comparison"},
     {"B2", cmd_buffer<2>, needs_data | redraws, "B2 [clear / comment]", "keeps the current data in buffer 2, for comparison"},
@@ -136,8 +138,8 @@ constexpr Command keywords[] = {
     {"ID", cmd_id, needs_data | redraws, "ID <from> <to> / list / clear / del <n> / scale <n> <value>", "integrals: defines, lists, scales them"},
     {"IncrementExt", cmd_incrementext, redraws, "IE or IncrementExt [A / B]", "opens the file with the next number as File A or B"},
     {"IE", cmd_incrementext, redraws, "IE or IncrementExt [A / B]", "opens the file with the next number as File A or B"},
-    planned("IF", "information on the data set"),
-    planned("info", "information on the data set"),
+    {"IF", cmd_info, views, "IF or info", "information on the data set"},
+    {"info", cmd_info, views, "IF or info", "information on the data set"},
     planned("IG"), planned("II"), planned("IL"),
     {"Import", cmd_import, redraws, "IM or Import file [-KEY] [SR0 / SR1]", "imports the data of an instrument or of another program"},
     {"IM", cmd_import, redraws, "IM or Import file [-KEY] [SR0 / SR1]", "imports the data of an instrument or of another program"},
@@ -255,9 +257,9 @@ constexpr Command keywords[] = {
     {"SL", cmd_slice, needs_data | redraws, "SL or Slice [number / + / -]", "selects a slice of File A, or shows which one is"},
     planned("sam"), planned("SM"), planned("SEE"), planned("SE"),
     {"SENDKEY", cmd_sendkey, plain, "SENDKEY <keys>", "sends keystrokes to the program"},
-    planned("SETX", "sets axis values"),
-    planned("SETY", "sets axis values"),
-    planned("SETZ", "sets axis values"),
+    {"SETX", cmd_setx, needs_data | redraws | views, "SETX <from> <to> / full", "shows a region, given in the unit of the axis"},
+    {"SETY", cmd_sety, needs_data | redraws | views, "SETY <lowest> <highest> / auto", "intensities that fill the plot"},
+    {"SETZ", cmd_setz, needs_data | redraws | views, "SETZ <magnification>", "magnifies intensities; 1 fits the data to the plot"},
     planned("SMOOTH", "smooths the data"),
     planned("SO", "smooths the data"),
     {"SOLVENT", cmd_solvent, plain, "SV or Solvent <value>", "shows or sets the solvent"},
@@ -309,7 +311,8 @@ constexpr Command keywords[] = {
     planned("WindowView", "window view"),
     planned("extract", "extracts a region"),
     planned("XT", "extracts a region"),
-    planned("XZY"), planned("XYZ"),
+    {"XZY", cmd_xyz, needs_data | redraws | views, "XYZ <from> <to> [lowest highest [magnification]] / full", "region and intensities at once"},
+    {"XYZ", cmd_xyz, needs_data | redraws | views, "XYZ <from> <to> [lowest highest [magnification]] / full", "region and intensities at once"},
     planned("zero", "zeroes a region"),
     planned("ZE", "zeroes a region"),
     planned("ZeroDiagonal", "zeroes the diagonal"),
@@ -334,8 +337,16 @@ constexpr Command two_letters[] = {
     {"UH", cmd_uh, needs_data | redraws, "UH", "updates the header of File A on disk"},
     planned("US", "acquisition parameters"),
     planned("VL"), planned("VP"), planned("VS"), planned("VW"),
-    planned("X0"), planned("X1"), planned("X2"), planned("X3"), planned("X4"),
-    planned("X5"), planned("X6"), planned("X7"), planned("X8"), planned("X9"),
+    {"X0", cmd_x<0>, needs_data | redraws | views, "X0", "stores the shown region as zoom region 0"},
+    {"X1", cmd_x<1>, needs_data | redraws | views, "X1", "stores the shown region as zoom region 1"},
+    {"X2", cmd_x<2>, needs_data | redraws | views, "X2", "stores the shown region as zoom region 2"},
+    {"X3", cmd_x<3>, needs_data | redraws | views, "X3", "stores the shown region as zoom region 3"},
+    {"X4", cmd_x<4>, needs_data | redraws | views, "X4", "stores the shown region as zoom region 4"},
+    {"X5", cmd_x<5>, needs_data | redraws | views, "X5", "stores the shown region as zoom region 5"},
+    {"X6", cmd_x<6>, needs_data | redraws | views, "X6", "stores the shown region as zoom region 6"},
+    {"X7", cmd_x<7>, needs_data | redraws | views, "X7", "stores the shown region as zoom region 7"},
+    {"X8", cmd_x<8>, needs_data | redraws | views, "X8", "stores the shown region as zoom region 8"},
+    {"X9", cmd_x<9>, needs_data | redraws | views, "X9", "stores the shown region as zoom region 9"},
     planned("XC", "2D intensity display"),
     planned("XL", "extracts a line"),
     {"XX", cmd_ex, plain, "EX or XX", "ends the program"},
@@ -349,14 +360,22 @@ constexpr Command two_letters[] = {
     {"Y7", cmd_y<7>, needs_data | redraws, "Y7", "averages blocks of 7 points"},
     {"Y8", cmd_y<8>, needs_data | redraws, "Y8", "averages blocks of 8 points"},
     {"Y9", cmd_y<9>, needs_data | redraws, "Y9", "averages blocks of 9 points"},
-    planned("Z0"), planned("Z1"), planned("Z2"), planned("Z3"), planned("Z4"),
-    planned("Z5"), planned("Z6"), planned("Z7"), planned("Z8"), planned("Z9"),
+    {"Z0", cmd_z<0>, needs_data | redraws | views, "Z0", "shows zoom region 0 again"},
+    {"Z1", cmd_z<1>, needs_data | redraws | views, "Z1", "shows zoom region 1 again"},
+    {"Z2", cmd_z<2>, needs_data | redraws | views, "Z2", "shows zoom region 2 again"},
+    {"Z3", cmd_z<3>, needs_data | redraws | views, "Z3", "shows zoom region 3 again"},
+    {"Z4", cmd_z<4>, needs_data | redraws | views, "Z4", "shows zoom region 4 again"},
+    {"Z5", cmd_z<5>, needs_data | redraws | views, "Z5", "shows zoom region 5 again"},
+    {"Z6", cmd_z<6>, needs_data | redraws | views, "Z6", "shows zoom region 6 again"},
+    {"Z7", cmd_z<7>, needs_data | redraws | views, "Z7", "shows zoom region 7 again"},
+    {"Z8", cmd_z<8>, needs_data | redraws | views, "Z8", "shows zoom region 8 again"},
+    {"Z9", cmd_z<9>, needs_data | redraws | views, "Z9", "shows zoom region 9 again"},
     {"ZF", cmd_zf, needs_data | redraws, "ZF", "zero fill to the next power of two"},
     planned("ZG", "acquisition simulator"),
     {"ZI", cmd_zi, needs_data | redraws, "ZI", "sets every imaginary value to 0"},
     planned("ZL", "peak list"),
     {"ZN", cmd_zn, needs_data | redraws, "ZN", "sets every negative value to 0"},
-    planned("ZO", "zoom"),
+    {"ZO", cmd_zo, needs_data | views, "ZO [from to]", "zooms by single keys"},
     {"ZP", cmd_zp, needs_data | redraws, "ZP", "takes the accumulated phase correction back"},
     {"ZR", cmd_zr, needs_data | redraws, "ZR", "sets every real value to 0"},
     {"ZZ", cmd_zz, redraws, "ZZ", "reads the data file of ZZ_File_Path, or File A again"},

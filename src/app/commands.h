@@ -14,6 +14,7 @@ enum CommandFlags : unsigned {
     plain = 0,
     needs_data = 1,  ///< refused while no data set is loaded
     redraws = 2,     ///< asks for a redraw when it has done its work
+    views = 4,       ///< changes what is shown, not the data
 };
 
 struct Command {

@@ -4,14 +4,14 @@
 #include <string_view>
 
 #include "common/arguments.h"
+#include "common/keys.h"
 #include "platform/platform.h"
 
 namespace zolt {
 
-/// The key Ctrl+F1 as a character code; Ctrl+F2 to Ctrl+F12 follow. They run the macros of the configuration.
-constexpr int key_control_f1 = 0x11001;
 constexpr int function_keys = 12;
 
+/// What one key does: a character, a control character, or a named key of common/keys.h.
 void handle_keystroke(int character, LineSource source);
 
 /// Posts keys written as text: \r Enter, \e Escape, \b backspace, \F5 Ctrl+F5, \\ backslash, ^X Ctrl+X, ^^ a caret;

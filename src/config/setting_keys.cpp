@@ -188,6 +188,7 @@ const SettingKey keys[] = {
     whole("Y0_START", "60", -px, px, "upper edge"),
     whole("XW_START", "1200", 100, px, "width"),
     whole("YW_START", "800", 100, px, "height"),
+    choice("APPEARANCE", "SYSTEM", "SYSTEM LIGHT DARK", "light or dark colours, or as the system has them"),
     toggle("TOOLBAR", "TRUE", "TRUE: the toolbar is shown"),
     toggle("HORIZONTAL_SCROLL_BARS", "FALSE", "TRUE: expanded plots have a horizontal scroll bar"),
     toggle("UseTabs", "TRUE", "TRUE: columns of copied tables are separated by tabs, FALSE: padded with blanks"),

@@ -8,6 +8,7 @@
 #include "common/numbers.h"
 #include "common/text.h"
 #include "datafile/native_file.h"
+#include "display/configured_palette.h"
 #include "display/plot_1d.h"
 #include "display/svg.h"
 #include "platform/platform.h"
@@ -49,7 +50,7 @@ bool write_file(const std::string& path, const std::string& content) {
 int cmd_metafile(Arguments& args) {
     if (args.ask_usage()) return show_reply(metafile_usage);
     std::string name = args.next();
-    PlotOptions options;
+    PlotOptions options = configured_options();
     options.columns_per_pixel = 2;  // the file is looked at enlarged and on dense screens
     if (!take_size(args, options)) return show_reply(metafile_usage);
     if (name.empty()) name = platform().file_dialog(FileChoice::save, "Save Picture").value_or("");
@@ -63,7 +64,7 @@ int cmd_metafile(Arguments& args) {
     if (!extension.empty() && !same_word(extension, ".svg"))
         return refuse(format_text("Only SVG is written now, not %s.\nGive a name that ends in .svg.", extension.c_str()));
     if (overwrite_refused(path)) return 0;
-    if (!write_file(path, svg_text(plot_1d(show, options), light_palette)))
+    if (!write_file(path, svg_text(plot_1d(show, options), configured_palette(light_palette))))
         return refuse(format_text("Could not open File: %s", path.c_str()));
     platform().reply(format_text("  - Picture written to %s", path.c_str()));
     return 1;

@@ -6,94 +6,24 @@
 
 #include <unistd.h>
 
-#include "app/keystrokes.h"
 #include "app/main_loop.h"
 #include "app/recovery.h"
 #include "app/startup.h"
-#include "common/bytes.h"
-#include "common/file.h"
-#include "common/text.h"
-#include "headless/events.h"
-#include "headless/options.h"
+#include "front/actions.h"
+#include "front/detection.h"
+#include "front/events.h"
+#include "front/options.h"
 #include "headless/platform_headless.h"
 #include "headless/prompt.h"
-#include "import/locate.h"
-#include "import/tranauto.h"
-#include "macro/macro_commands.h"
-#include "state/dataset.h"
 #include "state/session.h"
 
 namespace zolt {
 
 namespace {
 
-void type_text(std::string_view text) {
-    for (const char c : text) post_character(static_cast<unsigned char>(c), LineSource::user);
-}
-
 void carry_out_line(std::string_view line) {
-    type_text(line);
-    post_character(13, LineSource::user);
+    post_line(line);
     run_main_loop();
-}
-
-void send_keys(std::string_view text) {
-    post_keys(text, LineSource::user);
-    run_main_loop();
-}
-
-// A name of the current folder goes before one of the macro folder. Not typed: a path may be longer than a command line.
-void run_macro_file(const std::string& name) {
-    const std::string path = absolute_path(name);
-    if (!run_macro(file_facts(path).regular ? path : name)) ++session.failed_macros;
-    run_main_loop();
-}
-
-// Every vector in memory, real and imaginary parts as little-endian floats, no header.
-bool write_data(const std::string& path) {
-    const auto points = show.store.all();
-    ReplacedFile file;
-    bool good = file.open(path);
-    if constexpr (machine_order == ByteOrder::little) {
-        good = good && file.write(points.data(), points.size_bytes());
-    } else {
-        for (size_t i = 0; good && i < points.size(); ++i) {
-            Complex point = points[i];
-            to_machine_order(&point, 2, ByteOrder::little);
-            good = file.write(&point, sizeof point);
-        }
-    }
-    good = good && file.commit();
-    if (!good) std::fprintf(stderr, "zolt-cli: cannot write %s\n", path.c_str());
-    return good;
-}
-
-// Fits between two tabs, whatever the file is called.
-std::string one_field(std::string text) {
-    for (char& c : text)
-        if (static_cast<unsigned char>(c) < ' ') c = ' ';
-    return text;
-}
-
-// Tells the format of one file; false when it has none.
-bool print_format(const std::string& typed) {
-    const std::string path = absolute_path(typed);
-    std::string reason = file_facts(path).exists ? "" : "Could not find file - " + path;
-    const std::string file = reason.empty() ? data_file_of(path, reason) : "";
-    const Detection found = file.empty() ? Detection{nullptr, "", reason} : detect_format(file, false);
-    const bool known = found.format != nullptr;
-    print_detection(one_field(typed), known ? found.format->number : 0, known ? found.format->key : "",
-                    known ? found.format->name : one_field(found.message.substr(0, found.message.find('\n'))), found.step);
-    return known;
-}
-
-bool print_formats(const Options& options) {
-    HeadlessPlatform front_end;
-    set_platform(&front_end);
-    set_json_output(options.json);
-    bool all = true;
-    for (const std::string& file : options.detect) all = print_format(file) && all;
-    return all;
 }
 
 class Driver {
@@ -148,37 +78,12 @@ private:
     }
 
     void carry_out(const Action& action) {
-        switch (action.kind) {
-            case Action::Kind::command:
-                carry_out_line(action.text);
-                break;
-            case Action::Kind::macro:
-                run_macro_file(action.text);
-                break;
-            case Action::Kind::keys:
-                send_keys(action.text);
-                break;
-            case Action::Kind::lines_of_stdin:
-                for (std::string line; !stop() && std::getline(std::cin, line);) {
-                    if (line.ends_with('\r')) line.pop_back();
-                    carry_out_line(line);
-                }
-                break;
-            case Action::Kind::answer:
-                platform_.answers.push_back(action.text);
-                break;
-            case Action::Kind::default_yes:
-                platform_.default_answer = Answer::yes;
-                break;
-            case Action::Kind::default_no:
-                platform_.default_answer = Answer::no;
-                break;
-            case Action::Kind::state:
-                print_state();
-                break;
-            case Action::Kind::data:
-                data_failed_ |= !write_data(action.text);
-                break;
+        data_failed_ |= !start_action(action, platform_.answers, "zolt-cli");
+        run_main_loop();
+        if (action.kind != Action::Kind::lines_of_stdin) return;
+        for (std::string line; !stop() && std::getline(std::cin, line);) {
+            if (line.ends_with('\r')) line.pop_back();
+            carry_out_line(line);
         }
     }
 
@@ -196,7 +101,7 @@ int main(int count, char** arguments) {
     std::signal(SIGXFSZ, SIG_IGN);
     zolt::Options options;
     std::string error;
-    if (!zolt::read_options(count, arguments, options, error)) {
+    if (!zolt::read_options(zolt::Program::headless, count, arguments, options, error)) {
         std::fprintf(stderr, "%s\n", error.c_str());
         return 2;
     }
@@ -204,10 +109,14 @@ int main(int count, char** arguments) {
         std::printf("zolt-cli %s\n", zolt::version_text());
         return 0;
     }
-    if (!options.detect.empty()) return zolt::print_formats(options) ? 0 : 1;
+    if (!options.detect.empty()) {
+        zolt::HeadlessPlatform front_end;
+        zolt::set_platform(&front_end);
+        return zolt::print_formats(options) ? 0 : 1;
+    }
     const bool conversation = options.actions.empty() && ::isatty(STDIN_FILENO) != 0;
     if (options.help || (options.actions.empty() && !conversation)) {
-        std::fputs(zolt::help_text(), stdout);
+        std::fputs(zolt::help_text(zolt::Program::headless).c_str(), stdout);
         return 0;
     }
     return zolt::Driver(options).run();

@@ -2,33 +2,24 @@
 #include "headless/platform_headless.h"
 
 #include "common/text.h"
-#include "headless/events.h"
+#include "front/events.h"
 #include "headless/prompt.h"
 
 namespace zolt {
 
 std::optional<std::string> HeadlessPlatform::next_answer(std::string_view prompt) {
-    if (answers.empty() && interactive) {
+    if (answers.queue.empty() && interactive) {
         std::string typed;
         return read_prompt_answer(std::string(prompt) + " ", typed) && !typed.empty() ? std::optional(typed) : std::nullopt;
     }
-    if (answers.empty()) return std::nullopt;
-    std::string answer = answers.front();
-    answers.pop_front();
-    return answer;
+    return answers.next();
 }
 
 void HeadlessPlatform::message(std::string_view caption, Icon icon, std::string_view text) { print_message(caption, icon, text); }
 
 Answer HeadlessPlatform::question(std::string_view caption, std::string_view text, Buttons buttons) {
-    Answer answer = default_answer;
     const char* choices = buttons == Buttons::yes_no ? "[yes/no]" : "[yes/no/cancel]";
-    if (const auto queued = next_answer(std::string(trimmed(text)) + " " + choices))
-        answer = same_word(*queued, "yes") || same_word(*queued, "y") ? Answer::yes
-                 : same_word(*queued, "cancel")                       ? Answer::cancel
-                                                                      : Answer::no;
-    // A question without a Cancel button has no third answer.
-    if (answer == Answer::cancel && buttons == Buttons::yes_no) answer = Answer::no;
+    const Answer answer = answers.to_question(buttons, next_answer(std::string(trimmed(text)) + " " + choices));
     // Who has just answered need not read it again.
     if (!interactive || json_output()) print_question(caption, text, buttons, answer);
     return answer;

@@ -1,17 +1,16 @@
 // The headless front end's side of the platform door: events go to standard output, answers come from a queue.
 #pragma once
 
-#include <deque>
 #include <string>
 
+#include "front/answers.h"
 #include "platform/platform.h"
 
 namespace zolt {
 
 class HeadlessPlatform : public Platform {
 public:
-    std::deque<std::string> answers;     ///< first in, first out
-    Answer default_answer = Answer::no;  ///< of a question when the queue is empty
+    Answers answers;
     bool all_lines_worked = true;
     bool closing = false;
     bool interactive = false;  ///< a user at a terminal gives the answers

@@ -36,6 +36,8 @@ public:
     virtual bool progress(double fraction) = 0;
     virtual void redraw() = 0;
     virtual void clipboard(std::string_view text) = 0;
+    /// Puts the plot on the clipboard as a picture; false where there is no plot.
+    virtual bool copy_picture() { return false; }
 
     /// A character was posted by the control-key prefix of the command line.
     virtual void character_posted(int character) = 0;

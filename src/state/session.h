@@ -8,12 +8,15 @@
 
 namespace zolt {
 
+struct SubRoutine;
+
 /// Flags and texts of the running program.
 struct Session {
     bool macro_running = false;
     bool link_running = false;
     bool no_log = false;           ///< set by a handler whose own line is not to be logged
     bool request_pending = false;  ///< a dialog-like sub-routine waits for its own answer: no line is dispatched
+    const SubRoutine* sub_routine = nullptr;  ///< has taken over the keys; nullptr: they build the command line
     std::string log_line;          ///< what the log records instead of the typed line, "" for the line itself
     bool undo_enabled = false;
     int undo_slot = -1;  ///< index of the newest snapshot, -1 before the first

@@ -81,7 +81,7 @@ TEST_F(DispatcherTest, EditingKeysBuildTheLine) {
     const int beeps = platform_.beeps;
     keys("\b");
     keys("<");
-    keys("\x01");
+    keys("\x02");
     EXPECT_EQ(platform_.beeps, beeps + 3);
     keys("a<b>c");
     EXPECT_EQ(typed_text(), "a<b>c") << "within a line they are characters";

@@ -50,6 +50,7 @@ TEST_F(TableTest, EveryHandlerSurvivesOddArguments) {
                     if (command.handler == nullptr) continue;
                     show = DataSet();
                     session.log_on = false;
+                    session.sub_routine = nullptr;  // ZO takes the keys
                     ResetCommandText();  // SENDKEY leaves what it has typed
                     if (loaded) load(sample_points(5));
                     if (std::string_view(command.summary) == "ends the program") continue;

@@ -1,7 +1,9 @@
 // The rows of the options and the help text.
-#include "headless/options.h"
+#include "front/options.h"
 
 #include <string_view>
+
+#include "common/text.h"
 
 namespace zolt {
 
@@ -15,6 +17,7 @@ struct Option {
     std::string_view brief, name;
     Takes takes;
     void (*apply)(Options& options, std::string value);
+    bool desktop_only = false;
 };
 
 template <Action::Kind kind>
@@ -38,23 +41,28 @@ const Option table[] = {
     {"", "--ini", Takes::value, [](Options& o, std::string value) { o.ini = std::move(value); }},
     {"", "--detect", Takes::all, [](Options& o, std::string value) { o.detect.push_back(std::move(value)); }},
     {"", "--version", Takes::nothing, [](Options& o, std::string) { o.version = true; }},
+    {"", "--batch", Takes::nothing, [](Options& o, std::string) { o.batch = true; }, true},
+    {"", "--screenshot", Takes::value, add<Action::Kind::screenshot>, true},
     {"-h", "--help", Takes::nothing, [](Options& o, std::string) { o.help = true; }},
 };
 
 }  // namespace
 
-bool read_options(int count, char** arguments, Options& options, std::string& error) {
+const char* name_of(Program program) { return program == Program::headless ? "zolt-cli" : "zolt"; }
+
+bool read_options(Program program, int count, char** arguments, Options& options, std::string& error) {
     for (int i = 1; i < count; ++i) {
         const std::string_view word = arguments[i];
         const Option* option = nullptr;
         for (const Option& row : table)
-            if (!word.empty() && (word == row.brief || word == row.name)) option = &row;
+            if (!word.empty() && (program == Program::desktop || !row.desktop_only) && (word == row.brief || word == row.name))
+                option = &row;
         if (option == nullptr) {
-            error = "zolt-cli: unknown option " + std::string(word) + " (zolt-cli --help lists them)";
+            error = format_text("%s: unknown option %s (%s --help lists them)", name_of(program), arguments[i], name_of(program));
             return false;
         }
         if (option->takes != Takes::nothing && i + 1 >= count) {
-            error = "zolt-cli: option " + std::string(word) + " needs a value";
+            error = format_text("%s: option %s needs a value", name_of(program), arguments[i]);
             return false;
         }
         if (option->takes == Takes::nothing) option->apply(options, "");
@@ -64,12 +72,20 @@ bool read_options(int count, char** arguments, Options& options, std::string& er
     return true;
 }
 
-const char* help_text() {
-    return R"(zolt-cli: processes NMR data by typed commands, without a window.
+std::string help_text(Program program) {
+    const bool headless = program == Program::headless;
+    std::string text =
+        headless ? R"(zolt-cli: processes NMR data by typed commands, without a window.
 
   zolt-cli -c "IM examples/strychnine_1h/10" -c EM -c FT -c PC -c "metafile spectrum.svg"
 
-Options act in the order given; --root, --ini, --json and --keep-going are taken first, wherever they stand.
+)"
+                 : R"(zolt: processes NMR data, in a window. What the options ask for is done first; the window then stays.
+
+  zolt -c "IM examples/strychnine_1h/10" -c EM -c FT -c PC
+
+)";
+    text += R"(Options act in the order given; --root, --ini, --json and --keep-going are taken first, wherever they stand.
 
   -c, --command LINE  carries out a command line
   -k, --keys TEXT     sends keystrokes: \r Enter, \e Escape, \b backspace, \F5 Ctrl+F5,
@@ -87,11 +103,21 @@ Options act in the order given; --root, --ini, --json and --keep-going are taken
   --detect FILE...    tells the format of each file and ends: file, format number, key, name and the step that decided,
                       with tabs between them; - where there is none
   --version, --help
-
-Without anything to do, at a terminal, it prompts for command lines.
-Exit status: 0 all lines worked (all files were recognised), 1 one did not (was not), 2 a wrong option.
-The command Help lists the commands: zolt-cli -c Help
 )";
+    text += headless ? R"(
+Without anything to do, at a terminal, it prompts for command lines.
+)"
+                     : R"(
+  --batch             ends when everything is done; questions are answered by --answer, --yes and --no alone
+  --screenshot FILE   writes what the window shows as a PNG picture, in its turn among -c and -k
+
+Without a screen, QT_QPA_PLATFORM=offscreen draws into memory.
+)";
+    text += format_text(R"(Exit status: 0 all lines worked (all files were recognised), 1 one did not (was not), 2 a wrong option.
+The command Help lists the commands: %s -c Help
+)",
+                        name_of(program));
+    return text;
 }
 
 }  // namespace zolt

@@ -1,12 +1,12 @@
 // One function an event, in plain text or as a JSON line.
-#include "headless/events.h"
+#include "front/events.h"
 
 #include <cstdio>
 #include <nlohmann/json.hpp>
 #include <string>
 
 #include "common/text.h"
-#include "headless/state_record.h"
+#include "front/state_record.h"
 
 namespace zolt {
 

@@ -1,5 +1,5 @@
 // The data set and the run as one JSON object.
-#include "headless/state_record.h"
+#include "front/state_record.h"
 
 #include <charconv>
 #include <cmath>

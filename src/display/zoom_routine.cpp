@@ -1,0 +1,91 @@
+// ZO: the sub-routine that zooms by single keys.
+#include "common/keys.h"
+#include "common/text.h"
+#include "display/view.h"
+#include "display/view_commands.h"
+#include "platform/platform.h"
+#include "state/session.h"
+#include "state/sub_routine.h"
+
+namespace zolt {
+
+namespace {
+
+View at_entry;  // what Escape returns to
+
+void zoom_about_middle(double factor) {
+    const auto [first, last] = shown_points(show);
+    zoom_view(show, factor, (first + last) / 2);
+}
+
+void multiply_height(double factor) { view_of(show).height *= factor; }
+
+void leave() {
+    session.sub_routine = nullptr;
+    platform().reply("");
+}
+
+void leave_unchanged() {
+    const auto regions = view_of(show).regions;
+    view_of(show) = at_entry;
+    view_of(show).regions = regions;
+    leave();
+}
+
+// One row, one key.
+constexpr struct {
+    int key;
+    void (*act)();
+} keys[] = {
+    {'+', [] { zoom_about_middle(0.5); }},
+    {'-', [] { zoom_about_middle(2); }},
+    {'L', [] { pan_view(show, -0.25); }},
+    {key_left, [] { pan_view(show, -0.25); }},
+    {'R', [] { pan_view(show, 0.25); }},
+    {key_right, [] { pan_view(show, 0.25); }},
+    {'U', [] { multiply_height(1.25); }},
+    {key_up, [] { multiply_height(1.25); }},
+    {'D', [] { multiply_height(0.8); }},
+    {key_down, [] { multiply_height(0.8); }},
+    {'F', [] { show_all(show); }},
+    {'?', [] {}},
+    {key_enter, leave},
+    {'Q', leave},
+    {key_escape, leave_unchanged},
+};
+
+bool zoom_key(int character);
+
+const SubRoutine zoom = {
+    "ZO", "ZO:  + in   - out   L R move   U D height   F full   0-9 stored region   Enter keeps   Esc takes back", zoom_key};
+
+bool zoom_key(int character) {
+    bool known = false;
+    if (character >= '0' && character <= '9') {
+        known = true;
+        if (recall_zoom_region(character - '0') == 0) platform().beep();
+    }
+    const int key = character < 128 ? upper(static_cast<char>(character)) : character;
+    for (const auto& row : keys)
+        if (row.key == key) {
+            known = true;
+            row.act();
+        }
+    if (!known) return false;
+    if (session.sub_routine == &zoom && !(character >= '0' && character <= '9')) platform().reply(zoom.keys);
+    platform().redraw();
+    return true;
+}
+
+}  // namespace
+
+int cmd_zo(Arguments& args) {
+    if (args.ask_usage()) return show_reply("ZO [from to]");
+    if (!args.peek().empty()) return cmd_setx(args);
+    at_entry = view_of(show);
+    session.sub_routine = &zoom;
+    platform().reply(zoom.keys);
+    return 2;
+}
+
+}  // namespace zolt
