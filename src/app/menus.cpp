@@ -97,6 +97,8 @@ constexpr MenuItem items[] = {
     {view, "&Toolbar", Item::toggle, "TOOLBAR"},
     {view, "&Output", Item::panel, "output"},
 
+    {process, "&Automatically", Item::line, "Process"},
+    {process, "", Item::separator},
     {process, "&Exponential Weighting", Item::line, "EM", "", "weight"},
     {process, "&Gaussian Weighting", Item::line, "GM"},
     {process, "&Cosine Window", Item::line, "COSINE"},
@@ -109,7 +111,7 @@ constexpr MenuItem items[] = {
     {process, "", Item::separator},
     {process, "&Phase with Stored Values", Item::line, "PC", "", "phase"},
     {process, "Phase with the &Mouse", Item::line, "PH"},
-    {process, "Au&tomatic Phase", Item::line, "AP"},
+    {process, "Automatic P&hase", Item::line, "AP"},
     {process, "Take Phase Bac&k", Item::line, "ZP"},
     {process, "", Item::separator},
     {process, "&Baseline", Item::line, "BC", "", "baseline"},

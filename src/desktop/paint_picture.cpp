@@ -3,6 +3,7 @@
 
 #include <QFontMetricsF>
 #include <QPolygonF>
+#include <span>
 
 #include "config/settings.h"
 #include "desktop/appearance.h"
@@ -25,15 +26,24 @@ bool is_ruler_line(const Stroke& stroke) {
 }
 
 void paint_stroke(QPainter& painter, const Stroke& stroke, const Palette& palette) {
-    constexpr size_t longest_outline = 2;
-    if (stroke.points.size() > longest_outline)
-        return paint_trace(painter, stroke.points, colour(palette, stroke.ink), stroke.width);
     QPen pen(colour(palette, stroke.ink), stroke.width);
     pen.setJoinStyle(Qt::RoundJoin);
     pen.setCapStyle(stroke.round_ends ? Qt::RoundCap : Qt::FlatCap);
     painter.setRenderHint(QPainter::Antialiasing, !is_ruler_line(stroke) || painter.device()->devicePixelRatioF() != 1);
     painter.setPen(pen);
     painter.drawPolyline(points_of(stroke.points), static_cast<int>(stroke.points.size()));
+}
+
+// Pieces of a trace; a dot is none.
+const Stroke* trace_piece(const PictureRecord& record) {
+    const Stroke* stroke = std::get_if<Stroke>(&record);
+    if (stroke == nullptr || !stroke->round_ends || stroke->points.size() < 2) return nullptr;
+    const Point first = stroke->points.front(), last = stroke->points.back();
+    return last.x > first.x || stroke->points.size() > 2 ? stroke : nullptr;
+}
+
+bool continues(const Stroke& trace, const Stroke* next) {
+    return next != nullptr && next->ink == trace.ink && next->width == trace.width;
 }
 
 void paint_fill(QPainter& painter, const Fill& fill, const Palette& palette) {
@@ -64,10 +74,18 @@ void paint_text(QPainter& painter, const Text& text, const Palette& palette) {
 }  // namespace
 
 void paint_picture(QPainter& painter, const Picture& picture, const Palette& palette) {
-    for (const PictureRecord& record : picture.records) {
-        if (const Stroke* stroke = std::get_if<Stroke>(&record)) paint_stroke(painter, *stroke, palette);
-        if (const Fill* fill = std::get_if<Fill>(&record)) paint_fill(painter, *fill, palette);
-        if (const Text* text = std::get_if<Text>(&record)) paint_text(painter, *text, palette);
+    const std::span<const PictureRecord> records = picture.records;
+    for (size_t i = 0; i < records.size(); ++i) {
+        if (const Stroke* stroke = trace_piece(records[i])) {
+            size_t end = i + 1;
+            while (end < records.size() && continues(*stroke, trace_piece(records[end]))) ++end;
+            paint_trace(painter, records.subspan(i, end - i), colour(palette, stroke->ink), stroke->width);
+            i = end - 1;
+        } else if ((stroke = std::get_if<Stroke>(&records[i])) != nullptr) {
+            paint_stroke(painter, *stroke, palette);
+        }
+        if (const Fill* fill = std::get_if<Fill>(&records[i])) paint_fill(painter, *fill, palette);
+        if (const Text* text = std::get_if<Text>(&records[i])) paint_text(painter, *text, palette);
     }
 }
 

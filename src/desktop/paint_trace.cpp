@@ -4,9 +4,11 @@
 #include "desktop/paint_trace.h"
 
 #include <QImage>
+#include <QRect>
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <vector>
 
 namespace zolt {
 
@@ -23,11 +25,29 @@ struct Stretch {
     }
 };
 
-// Heights that the line covers in each quarter column, in device pixels from the left end on.
-std::vector<Stretch> stretches(const std::vector<Point>& points, double density, double left, size_t count) {
-    std::vector<Stretch> all(count);
+const std::vector<Point>& points_of(const PictureRecord& record) { return std::get_if<Stroke>(&record)->points; }
+
+// The part of the device that the pieces cover, in its pixels.
+QRect device_area(std::span<const PictureRecord> strokes, double density, int margin) {
+    const Point start = points_of(strokes[0])[0];
+    double top = start.y, bottom = top, left = start.x, right = left;
+    for (const PictureRecord& stroke : strokes) {
+        left = std::min(left, points_of(stroke).front().x);
+        right = std::max(right, points_of(stroke).back().x);
+        for (const Point& point : points_of(stroke)) {
+            top = std::min(top, point.y);
+            bottom = std::max(bottom, point.y);
+        }
+    }
+    const auto down = [&](double place) { return static_cast<int>(std::floor(place * density)) - margin; };
+    const auto up = [&](double place) { return static_cast<int>(std::ceil(place * density)) + margin; };
+    return {QPoint(down(left), down(top)), QPoint(up(right), up(bottom))};
+}
+
+// Adds the heights that a line covers in each quarter column, in device pixels from the left end on.
+void add_stretches(std::vector<Stretch>& all, const std::vector<Point>& points, double density, double left) {
     const auto quarter = [&](double x) {
-        return std::min(static_cast<size_t>(std::max(0.0, (x * density - left) * quarters)), count - 1);
+        return std::min(static_cast<size_t>(std::max(0.0, (x * density - left) * quarters)), all.size() - 1);
     };
     for (size_t i = 0; i + 1 < points.size(); ++i) {
         const Point from = points[i], to = points[i + 1];
@@ -42,7 +62,6 @@ std::vector<Stretch> stretches(const std::vector<Point>& points, double density,
             all[k + 1].take(y * density);
         }
     }
-    return all;
 }
 
 // The stretch with the brush drawn along it.
@@ -104,36 +123,29 @@ private:
 
 }  // namespace
 
-void paint_trace(QPainter& painter, const std::vector<Point>& points, const QColor& ink, double width) {
-    if (points.size() < 2) return;
+void paint_trace(QPainter& painter, std::span<const PictureRecord> strokes, const QColor& ink, double width) {
+    if (strokes.empty()) return;
+    constexpr int largest = 32768;
     const double density = painter.device()->devicePixelRatioF();
     const double radius = std::max(width * density / 2, 0.5);
-    double top = points[0].y, bottom = top;
-    for (const Point& point : points) {
-        top = std::min(top, point.y);
-        bottom = std::max(bottom, point.y);
-    }
-    const int margin = static_cast<int>(radius) + 1;
-    const int x = static_cast<int>(std::floor(points.front().x * density)) - margin,
-              y = static_cast<int>(std::floor(top * density)) - margin;
-    const int columns = static_cast<int>(std::ceil(points.back().x * density)) + margin - x;
-    const int rows = static_cast<int>(std::ceil(bottom * density)) + margin - y;
-    if (columns <= 0 || rows <= 0 || columns > 32768 || rows > 32768) return;
-    QImage image(columns, rows, QImage::Format_ARGB32_Premultiplied);
+    const QRect area = device_area(strokes, density, static_cast<int>(radius) + 1);
+    if (area.isEmpty() || area.width() > largest || area.height() > largest) return;
+    QImage image(area.size(), QImage::Format_ARGB32_Premultiplied);
     if (image.isNull()) return;
     image.fill(Qt::transparent);
 
-    const auto all = stretches(points, density, x, static_cast<size_t>(columns) * quarters);
-    Coverage coverage(rows);
+    std::vector<Stretch> all(static_cast<size_t>(area.width()) * quarters);
+    for (const PictureRecord& stroke : strokes) add_stretches(all, points_of(stroke), density, area.left());
+    Coverage coverage(area.height());
     auto* pixels = reinterpret_cast<QRgb*>(image.bits());
     const qsizetype stride = image.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb));
-    for (int column = 0; column < columns; ++column) {
+    for (int column = 0; column < area.width(); ++column) {
         for (int k = 0; k < quarters; ++k)
-            coverage.add(brushed(all, std::ptrdiff_t{column} * quarters + k, radius), static_cast<float>(y));
+            coverage.add(brushed(all, std::ptrdiff_t{column} * quarters + k, radius), static_cast<float>(area.top()));
         coverage.blend(pixels + column, stride, ink);
     }
     image.setDevicePixelRatio(density);
-    painter.drawImage(QPointF(x / density, y / density), image);
+    painter.drawImage(QPointF(area.topLeft()) / density, image);
 }
 
 }  // namespace zolt

@@ -3,13 +3,13 @@
 
 #include <QColor>
 #include <QPainter>
-#include <vector>
+#include <span>
 
 #include "display/picture.h"
 
 namespace zolt {
 
-/// Paints a line whose points go from left to right.
-void paint_trace(QPainter& painter, const std::vector<Point>& points, const QColor& ink, double width);
+/// Paints the pieces of one trace, whose points go from left to right.
+void paint_trace(QPainter& painter, std::span<const PictureRecord> strokes, const QColor& ink, double width);
 
 }  // namespace zolt

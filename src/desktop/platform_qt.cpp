@@ -47,12 +47,12 @@ std::optional<std::string> QtPlatform::process_box(std::string_view prompt, std:
 
 void QtPlatform::status(int pane, std::string_view text) {
     if (prints) print_status(pane, text);
-    window->set_pane(pane, text);
+    if (window != nullptr) window->set_pane(pane, text);
 }
 
 void QtPlatform::reply(std::string_view text) {
     if (prints) print_reply(text);
-    window->set_reply(text);
+    if (window != nullptr) window->set_reply(text);
 }
 
 void QtPlatform::beep() {
@@ -72,20 +72,23 @@ void QtPlatform::wait_cursor(bool on) {
 bool QtPlatform::progress(double fraction) {
     constexpr int often_enough = 40;  // ms
     if (shown_progress_.isValid() && shown_progress_.elapsed() < often_enough) return !cancelled;
-    window->show_progress(fraction);
+    if (window != nullptr) window->show_progress(fraction);
     QApplication::processEvents();
     shown_progress_.start();
     return !cancelled;
 }
 
-void QtPlatform::redraw() { window->refresh_plot(); }
+// A macro of the configuration may begin before there is a window.
+void QtPlatform::redraw() {
+    if (window != nullptr) window->refresh_plot();
+}
 
 void QtPlatform::clipboard(std::string_view text) {
     if (prints) print_clipboard(text);
     QApplication::clipboard()->setText(qt(text));
 }
 
-bool QtPlatform::copy_picture() { return window->copy_plot(); }
+bool QtPlatform::copy_picture() { return window != nullptr && window->copy_plot(); }
 
 void QtPlatform::character_posted(int character) {
     if (prints) print_post(character);
@@ -99,12 +102,12 @@ bool QtPlatform::message_waiting() {
 void QtPlatform::line_done(std::string_view text, int result, LineSource source) {
     if (result == 0) all_lines_worked = false;
     if (prints) print_line(text, result, source);
-    window->line_done();
+    if (window != nullptr) window->line_done();
 }
 
 void QtPlatform::close_requested() {
     if (prints) print_close();
-    window->close_at_last();
+    if (window != nullptr) window->close_at_last();
 }
 
 }  // namespace zolt

@@ -31,3 +31,10 @@ code=0; "$zolt" --nosuch > /dev/null 2>&1 || code=$?
 [[ $code -eq 2 ]] || fail "a wrong option gives 2, not $code"
 [[ $("$zolt" --detect "$tree/examples/strychnine_1h/10/fid" 2> /dev/null) == $("$cli" --detect "$tree/examples/strychnine_1h/10/fid") ]] ||
     fail "--detect differs"
+
+# A macro of the configuration runs at the start, and its end is waited for.
+mkdir -p auto/MAC
+printf 'AutoExecMacro=begin\n' > auto/ZOLT.INI
+printf 'ZOLTMACRO\nIM "%s"\nFT\nSA %s\n' "$tree/examples/strychnine_1h/10" "$folder/auto.zolt" > auto/MAC/begin.mac
+"$zolt" --root auto --batch > auto/out 2>&1 || fail "AutoExecMacro: $(cat auto/out)"
+[[ -s auto.zolt ]] || fail "AutoExecMacro has not run to its end"
