@@ -1,4 +1,4 @@
-// Regions with signals: segments give noise and baseline, runs of points beyond them are grown, joined and tested.
+// Regions with signals: segments give noise and baseline, tops that stand out of them are grown, joined and tested.
 #include "analysis/auto_integrals.h"
 
 #include <algorithm>
@@ -69,27 +69,70 @@ double level_at(const Noise& noise, double point) {
     return before.level + t * (next->level - before.level);
 }
 
-// Every run of points beyond 5 sigma, grown on both sides to where 4 points in a row are below 1.5 sigma.
-std::vector<Region> grown_runs(const std::vector<double>& signal, double sigma) {
+// Tops of one sign (+1 or -1) that stand out from both sides by `height`, in order.
+std::vector<size_t> tops(const std::vector<double>& signal, double sign, double height) {
+    std::vector<size_t> found;
+    size_t top = 0;
+    double lowest = sign * signal[0];
+    bool rising = false;
+    for (size_t p = 0; p < signal.size(); ++p) {
+        const double value = sign * signal[p];
+        if (rising) {
+            if (value > sign * signal[top]) top = p;
+            if (value > sign * signal[top] - height) continue;
+            // The valley between two lines of the other sign is none.
+            if (sign * signal[top] >= height) found.push_back(top);
+            rising = false;
+            lowest = value;
+        } else if (value > lowest + height) {
+            rising = true;
+            top = p;
+        }
+        lowest = std::min(lowest, value);
+    }
+    return found;
+}
+
+// From a top to both sides, to where 4 points in a row have lost it: below the least level that counts, or 1 % of it.
+Region around(const std::vector<double>& signal, size_t top, double least) {
     const auto n = static_cast<int64_t>(signal.size());
+    const double level = std::max(least, 0.01 * std::abs(signal[top]));
     const auto lost = [&](int64_t p, int64_t step) {
         for (int64_t i = 0; i < 4; ++i) {
             const int64_t q = p + i * step;
             if (q < 0 || q >= n) return true;
-            if (std::abs(signal[static_cast<size_t>(q)]) > 1.5 * sigma) return false;
+            if (std::abs(signal[static_cast<size_t>(q)]) > level) return false;
         }
         return true;
     };
-    std::vector<Region> runs;
-    for (int64_t p = 0; p < n; ++p) {
-        if (std::abs(signal[static_cast<size_t>(p)]) <= 5 * sigma) continue;
-        int64_t first = p, last = p;
-        while (first > 0 && !lost(first - 1, -1)) --first;
-        while (last + 1 < n && !lost(last + 1, 1)) ++last;
-        runs.emplace_back(first, last);
-        p = last;
+    auto first = static_cast<int64_t>(top), last = first;
+    while (first > 0 && !lost(first - 1, -1)) --first;
+    while (last + 1 < n && !lost(last + 1, 1)) ++last;
+    return {first, last};
+}
+
+// The regions of all tops, those that overlap as one.
+std::vector<Region> regions_of_tops(const std::vector<double>& signal, double sigma) {
+    // Beside strong lines, what is far below their satellites is none of the signals that were asked for.
+    double tallest = 0;
+    for (const double value : signal) tallest = std::max(tallest, std::abs(value));
+    const double height = std::max(6 * sigma, 0.004 * tallest), least = std::max(1.5 * sigma, 0.001 * tallest);
+    std::vector<size_t> all = tops(signal, 1, height);
+    const auto below = tops(signal, -1, height);
+    all.insert(all.end(), below.begin(), below.end());
+    std::sort(all.begin(), all.end());
+    // The ends, where filters fold their edges in, are no signal.
+    const size_t end = signal.size() / 50;
+    std::vector<Region> regions;
+    for (const size_t top : all) {
+        if (top < end || top >= signal.size() - end) continue;
+        const Region region = around(signal, top, least);
+        if (!regions.empty() && region.first <= regions.back().second)
+            regions.back() = {std::min(regions.back().first, region.first), std::max(regions.back().second, region.second)};
+        else
+            regions.push_back(region);
     }
-    return runs;
+    return regions;
 }
 
 }  // namespace
@@ -106,12 +149,12 @@ std::vector<Region> find_regions(std::span<const Complex> spectrum, const Axis& 
     const double joined = axis.has_ppm() ? 0.02 : 10;
     const auto gap = static_cast<int64_t>(spacing > 0 ? std::min(joined / spacing, static_cast<double>(n)) : 4);
     std::vector<Region> regions;
-    for (auto [first, last] : grown_runs(signal, noise.sigma)) {
+    for (auto [first, last] : regions_of_tops(signal, noise.sigma)) {
         const int64_t margin = std::min(last - first + 1, std::max<int64_t>(gap, 2));
         first = std::max<int64_t>(first - margin, 0);
         last = std::min(last + margin, n - 1);
         if (!regions.empty() && first - regions.back().second <= gap)
-            regions.back().second = std::max(regions.back().second, last);
+            regions.back() = {std::min(regions.back().first, first), std::max(regions.back().second, last)};
         else
             regions.emplace_back(first, last);
     }
