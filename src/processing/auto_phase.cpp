@@ -4,9 +4,11 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 #include <numbers>
 #include <vector>
 
+#include "processing/auto_phase_flanks.h"
 #include "processing/auto_phase_lines.h"
 #include "processing/auto_phase_regions.h"
 #include "processing/auto_phase_score.h"
@@ -148,62 +150,83 @@ double centre_of_signal(const BinnedSpectrum& bins, size_t points) {
     return sum > 0 ? moment / sum / static_cast<double>(points) : 0.5;
 }
 
+// Something stands so far above the noise, at one width of bins or another, as chance does not make it.
+bool holds_signal(std::span<const BinnedSpectrum> pyramid) {
+    constexpr double chance = 5.2;
+    return std::any_of(pyramid.begin(), pyramid.end(), [](const BinnedSpectrum& level) {
+        const double least = std::pow(chance * level.noise, 2);
+        return std::any_of(level.bins.begin(), level.bins.end(), [&](const auto& bin) { return std::norm(bin) > least; });
+    });
+}
+
+// The candidate that all measures together like best, half a turn more tried for each.
+PhaseLine choose(std::span<const PhasedRegion> regions, const PhaseScore& score, double pivot, PhaseOrder order) {
+    std::vector<PhaseLine> candidates;
+    add_lines_of_regions(regions, order, candidates);
+    const auto entropy = [&](const PhaseLine& phase) { return score.entropy(phase); };
+    const auto negative = [&](const PhaseLine& phase) { return score.negative(phase); };
+    for (int quarter = 0; quarter < 4; ++quarter)
+        candidates.push_back(minimise(entropy, {quarter * pi / 2, 0}, pivot, order, 30 * degree, 40));
+    candidates.push_back(minimise(negative, candidates.back(), pivot, order, 30 * degree, 40));
+    PhaseLine best;
+    double least = std::numeric_limits<double>::max();
+    for (const PhaseLine& found : candidates) {
+        for (const double turn : {0.0, pi}) {
+            const PhaseLine candidate{found.zero_order + turn, found.first_order};
+            const double large = 1 + 0.05 * std::abs(candidate.first_order) / (2 * pi);
+            const double value = score.area(candidate) * large + disagreement(regions, candidate);
+            if (value >= least) continue;
+            best = candidate;
+            least = value;
+        }
+    }
+    return best;
+}
+
+// The regression over the regions that agree with a phase, their own phases known better each time.
+PhaseLine refine(std::span<const PhasedRegion> regions, const BinnedSpectrum& spectrum, PhaseLine phase, PhaseOrder order) {
+    std::vector<PhasedRegion> refined(regions.begin(), regions.end());
+    for (int round = 0; round < 2 && agreeing(refined, phase) > 0; ++round) {
+        phase = regress(refined, phase, order);
+        refined = phase_by_flanks({regions.begin(), regions.end()}, spectrum, phase);
+    }
+    return regress(refined, phase, order);
+}
+
+// The greater part of the area is taken to be positive; where there are lines, theirs, which no baseline touches.
+bool upside_down(std::span<const Line> lines, size_t points, const PhaseScore& score, const PhaseLine& phase) {
+    if (lines.empty()) return score.area({phase.zero_order + pi, phase.first_order}) < score.area(phase);
+    double sum = 0;
+    for (const Line& line : lines)
+        sum += line.height * line.half_width * std::cos(line.phase - phase.at(line.point / static_cast<double>(points)));
+    return sum < 0;
+}
+
 }  // namespace
 
 std::optional<FoundPhase> find_phase(std::span<const Complex> spectrum, PhaseOrder order) {
     const auto finite = [](const Complex& point) { return std::isfinite(point.real()) && std::isfinite(point.imag()); };
     if (!std::all_of(spectrum.begin(), spectrum.end(), finite)) return std::nullopt;
     const auto pyramid = bin_spectrum(spectrum);
-    if (pyramid.empty()) return std::nullopt;
+    if (!holds_signal(pyramid)) return std::nullopt;
+    const auto lines = find_lines(pyramid);
+    const auto regions = phase_regions(lines, pyramid, spectrum.size());
+
     BinnedSpectrum coarse =
         *std::find_if(pyramid.begin(), pyramid.end(), [](const auto& level) { return level.bins.size() <= score_bins; });
-    const auto lines = find_lines(pyramid);
-    auto regions = phase_regions(lines, pyramid, spectrum.size());
     if (!lines.empty()) {
         const auto level = smooth_level(coarse.bins, 16);
         for (size_t i = 0; i < level.size(); ++i) coarse.bins[i] -= level[i];
     }
     const double pivot = centre_of_signal(coarse, spectrum.size());
     const PhaseScore score(std::move(coarse), spectrum.size());
-
-    std::vector<PhaseLine> candidates;
-    add_lines_of_regions(regions, order, candidates);
-    const auto entropy = [&](const PhaseLine& phase) { return score.entropy(phase); };
-    const auto negative = [&](const PhaseLine& phase) { return score.negative(phase); };
-    const auto area = [&](const PhaseLine& phase) { return score.area(phase); };
-    for (int quarter = 0; quarter < 4; ++quarter)
-        candidates.push_back(minimise(entropy, {quarter * pi / 2, 0}, pivot, order, 30 * degree, 40));
-    candidates.push_back(minimise(negative, candidates.back(), pivot, order, 30 * degree, 40));
-
-    PhaseLine best;
-    double least = 0;
-    for (size_t i = 0; i < candidates.size(); ++i) {
-        for (const double turn : {0.0, pi}) {
-            const PhaseLine candidate{candidates[i].zero_order + turn, candidates[i].first_order};
-            const double value =
-                area(candidate) * (1 + 0.05 * std::abs(candidate.first_order) / (2 * pi)) + disagreement(regions, candidate);
-            if ((i == 0 && turn == 0) || value < least) {
-                best = candidate;
-                least = value;
-            }
-        }
-    }
-    auto refined = regions;
-    for (int round = 0; round < 2 && agreeing(refined, best) > 0; ++round) {
-        best = regress(refined, best, order);
-        refined = phase_by_flanks(regions, pyramid[0], best);
-    }
-    regions = std::move(refined);
-    best = agreeing(regions, best) > 0 ? regress(regions, best, order) : minimise(area, best, pivot, order, 5 * degree, 60);
-    // The greater part of the area is taken to be positive; where there are lines, theirs, which no baseline touches.
-    double positive = 0;
-    for (const Line& line : lines) {
-        const double place = line.point / static_cast<double>(spectrum.size());
-        positive += line.height * line.half_width * std::cos(line.phase - best.zero_order - best.first_order * place);
-    }
-    if (lines.empty() ? area({best.zero_order + pi, best.first_order}) < area(best) : positive < 0) best.zero_order += pi;
-    const double zero_order = std::remainder(best.zero_order, 2 * pi);
-    return FoundPhase{zero_order / degree, best.first_order / degree, agreeing(regions, best)};
+    PhaseLine best = choose(regions, score, pivot, order);
+    if (agreeing(regions, best) > 0)
+        best = refine(regions, pyramid[0], best, order);
+    else
+        best = minimise([&](const PhaseLine& phase) { return score.area(phase); }, best, pivot, order, 5 * degree, 60);
+    if (upside_down(lines, spectrum.size(), score, best)) best.zero_order += pi;
+    return FoundPhase{std::remainder(best.zero_order, 2 * pi) / degree, best.first_order / degree};
 }
 
 }  // namespace zolt

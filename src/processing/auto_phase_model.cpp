@@ -49,10 +49,12 @@ public:
         return times(rest_[i], std::polar(1.0, -(phase + step_ * (static_cast<double>(i) - middle))));
     }
 
-    void take_away(std::span<const Value> background) {
-        for (size_t i = 0; i < rest_.size(); ++i) rest_[i] -= background[i];
+    void take_away_smooth() {
+        const std::vector<Value> level = smooth_level(rest_);
+        for (size_t i = 0; i < rest_.size(); ++i) rest_[i] -= level[i];
     }
 
+private:
     const BinnedSpectrum& spectrum_;
     std::vector<Value> rest_;
     double step_;
@@ -87,54 +89,71 @@ void improve(Line& line, const Residual& residual, double phase, double middle) 
     line.half_width = std::max(line.half_width + std::clamp(m[2][3] / m[2][2], -0.3 * line.half_width, 0.3 * line.half_width), 0.3);
 }
 
+struct Modelled {
+    std::vector<Line> lines;
+    double middle = 0;  // in points
+    KnownPhase known;
+};
+
+void add(Residual& residual, const Modelled& region, double sign) {
+    for (const Line& line : region.lines) residual.add(line, region.known.phase, region.middle, sign);
+}
+
+// A step for the phase of all lines of a region. What the places of the lines take up of it makes the step of it alone too short
+// by half.
+void improve_phase(Modelled& region, Residual& residual, double noise, double alike) {
+    double first = 1e300, last = -1e300, turn = 0, power = 0, misfit = 0;
+    for (const Line& line : region.lines) {
+        first = std::min(first, line.point - 4 * line.half_width);
+        last = std::max(last, line.point + 4 * line.half_width);
+    }
+    const auto [from, to] = residual.range(first, last);
+    for (size_t i = from; i <= to; ++i) {
+        Value model = 0;
+        for (const Line& line : region.lines) model += line.height * shape(line, static_cast<double>(i));
+        const Value left = residual.turned(i, region.known.phase, region.middle);
+        turn += model.real() * left.imag() - model.imag() * left.real();
+        power += std::norm(model);
+        misfit += std::norm(left);
+    }
+    const double excess = std::max(misfit / (2 * static_cast<double>(to - from + 1) * noise), 1.0);
+    add(residual, region, 1);
+    region.known.phase += std::clamp(1.6 * turn / std::max(power, 1e-300), -0.3, 0.3);
+    add(residual, region, -1);
+    region.known.variance = 2 * alike * noise * excess * excess / std::max(power, 1e-300);
+}
+
 }  // namespace
 
-void phase_by_model(std::span<PhasedRegion> regions, const BinnedSpectrum& spectrum, const PhaseLine& near) {
-    const auto points = static_cast<double>(spectrum.bins.size());
+std::vector<KnownPhase> phase_by_model(std::span<const PhasedRegion> regions, const BinnedSpectrum& spectrum,
+                                       const PhaseLine& near) {
+    const size_t points = spectrum.bins.size();
     Residual residual(spectrum, near.first_order);
-    std::vector<PhasedRegion*> modelled;
-    for (PhasedRegion& region : regions) {
-        if (region.lines[0].half_width > points / 500) continue;
-        if (!region.strong) modelled.push_back(&region);
-        region.modelled_phase = near.at(region.place);
-        for (Line& line : region.lines) {
-            line.height *= std::cos(line.phase - near.at(line.point / points));
-            residual.add(line, region.modelled_phase, region.place * points, -1);
-        }
+    std::vector<Modelled> models;
+    for (const PhasedRegion& region : regions) {
+        if (is_broad(region.lines[0], points)) continue;
+        Modelled model{region.lines, region.place * static_cast<double>(points), {near.at(region.place), 0}};
+        for (Line& line : model.lines) line.height *= std::cos(line.phase - near.at(line.point / static_cast<double>(points)));
+        add(residual, model, -1);
+        if (!region.strong) models.push_back(std::move(model));
     }
-    const double noise = spectrum.noise * spectrum.noise;
-    for (int sweep = 0; sweep < sweeps; ++sweep) {
-        if (sweep % 3 == 0) residual.take_away(smooth_level(residual.rest_));
-        for (PhasedRegion* region : modelled) {
-            const double middle = region->place * points;
-            double first = 1e300, last = -1e300;
-            for (Line& line : region->lines) {
+    for (int sweep = 0; sweep < sweeps && !models.empty(); ++sweep) {
+        if (sweep % 3 == 0) residual.take_away_smooth();
+        for (Modelled& model : models) {
+            for (Line& line : model.lines) {
                 const Line before = line;
-                improve(line, residual, region->modelled_phase, middle);
-                residual.add(before, region->modelled_phase, middle, 1);
-                residual.add(line, region->modelled_phase, middle, -1);
-                first = std::min(first, line.point - 4 * line.half_width);
-                last = std::max(last, line.point + 4 * line.half_width);
+                improve(line, residual, model.known.phase, model.middle);
+                residual.add(before, model.known.phase, model.middle, 1);
+                residual.add(line, model.known.phase, model.middle, -1);
             }
-            const auto [from, to] = residual.range(first, last);
-            double turn = 0, power = 0, misfit = 0;
-            for (size_t i = from; i <= to; ++i) {
-                Value model = 0;
-                for (const Line& line : region->lines) model += line.height * shape(line, static_cast<double>(i));
-                const Value left = residual.turned(i, region->modelled_phase, middle);
-                turn += model.real() * left.imag() - model.imag() * left.real();
-                power += std::norm(model);
-                misfit += std::norm(left);
-            }
-            misfit /= 2 * static_cast<double>(to - from + 1);
-            const double change = std::clamp(1.6 * turn / std::max(power, 1e-300), -0.3, 0.3);
-            for (const Line& line : region->lines) residual.add(line, region->modelled_phase, middle, 1);
-            region->modelled_phase += change;
-            for (const Line& line : region->lines) residual.add(line, region->modelled_phase, middle, -1);
-            const double excess = std::max(misfit / noise, 1.0);
-            region->modelled_variance = 2 * spectrum.alike * noise * excess * excess / std::max(power, 1e-300);
+            improve_phase(model, residual, spectrum.noise * spectrum.noise, spectrum.alike);
         }
     }
+    std::vector<KnownPhase> phases(regions.size(), unknown_phase);
+    auto model = models.begin();
+    for (size_t i = 0; i < regions.size(); ++i)
+        if (!regions[i].strong && !is_broad(regions[i].lines[0], points)) phases[i] = (model++)->known;
+    return phases;
 }
 
 }  // namespace zolt

@@ -8,16 +8,23 @@
 
 namespace zolt {
 
+/// A phase in radians, up to half a turn, and the variance of it.
+struct KnownPhase {
+    double phase = 0, variance = 0;
+};
+constexpr KnownPhase unknown_phase = {0, 1e6};
+
 /// Lines that stand close together, phased as one.
 struct PhasedRegion {
-    double place = 0;     ///< of its middle, as a part of the spectrum
-    double phase = 0;     ///< radians, up to half a turn
-    double variance = 0;  ///< of the phase
+    double place = 0;  ///< of its middle, as a part of the spectrum
+    double phase = 0, variance = 0;
     bool by_wings = false;
     bool strong = false;  ///< far above the noise: what is not known of it is due to its shape
     std::vector<Line> lines;
-    double modelled_phase = 0, modelled_variance = 1e6;  ///< of the lines fitted together
 };
+
+/// A broad line is background to those that stand on it, and makes a region of its own.
+inline bool is_broad(const Line& line, size_t points) { return line.half_width > static_cast<double>(points) / 500; }
 
 /// A phase of zero and first order in radians: zero_order + first_order * (place as a part of the spectrum, 0 to 1).
 struct PhaseLine {
@@ -30,9 +37,5 @@ struct PhaseLine {
 /// the lines a region is Z/(ix) + M2/x^2 + M3/x^3 over a straight background, and the phase of Z is that of the whole region
 /// whatever the shape of its lines (an inhomogeneous field turns the phase of fitted lines, not that of Z).
 std::vector<PhasedRegion> phase_regions(std::span<const Line> lines, std::span<const BinnedSpectrum> pyramid, size_t points);
-
-/// The regions with what is known of their phases once a phase is near: beside its lines a phased spectrum does not hold any of
-/// the dispersion that its imaginary part shows there. Regions that do not know it better that way stay as they are.
-std::vector<PhasedRegion> phase_by_flanks(std::vector<PhasedRegion> regions, const BinnedSpectrum& spectrum, const PhaseLine& near);
 
 }  // namespace zolt

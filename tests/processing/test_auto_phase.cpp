@@ -114,6 +114,7 @@ TEST_F(AutoPhaseTest, RefusalsChangeNothing) {
                 {"AP", real, true, 0, 0, "no imaginary part"},
                 {"AP", broken, true, 0, 0, "No signal"},
                 {"AP", Points(10, Complex(1, 1)), true, 0, 0, "No signal"},
+                {"AP", turned_spectrum({}, 8192, 0, 0, 0), true, 0, 0, "No signal"},
                 {"AP 1", test::sample_points(256), true, 0, 2, "AP takes 0 or nothing"},
                 {"AP ?", test::sample_points(256), true, 0, 2, "USAGE"},
                 {"AP", turned_spectrum(molecule, 8192, 0, 0, 0), true, 4, 0, "not supported with Arrayed mode level 4"}};

@@ -1,0 +1,203 @@
+// Flanks and integrals of regions, and what they say together with the lines.
+#include "processing/auto_phase_flanks.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <numbers>
+
+#include "processing/auto_phase_model.h"
+
+namespace zolt {
+
+namespace {
+
+using Value = std::complex<double>;
+
+constexpr double pi = std::numbers::pi, degree = pi / 180;
+// What each way is off however strong the signals are.
+constexpr double flanks_floor = 2 * degree;
+constexpr double strong_flanks_floor = 8 * degree;  // there it is not the noise that counts but how real lines look
+constexpr double integral_floor = 4 * degree;
+constexpr double model_floor = 2 * degree;
+constexpr double flank_begin = 1.5, flank_end = 12;  // half widths beside a line
+constexpr double trusted = 0.85;                     // cosine of what a fitted line may be off
+
+// A real part beside the lines, and the imaginary part there, at a phase that is near.
+struct Flank {
+    double real, imag;
+};
+
+// How far the phase is still off: real = level - off * imag. Points above, which may be lines too weak to be found, count less.
+KnownPhase fit_flanks(std::span<const Flank> flanks, double noise, double alike) {
+    std::vector<double> weights(flanks.size(), 1.0);
+    KnownPhase result = unknown_phase;
+    for (int round = 0; round < 4; ++round) {
+        double w = 0, wr = 0, wi = 0, wii = 0, wri = 0;
+        for (size_t k = 0; k < flanks.size(); ++k) {
+            const auto& [real, imag] = flanks[k];
+            w += weights[k];
+            wr += weights[k] * real;
+            wi += weights[k] * imag;
+            wii += weights[k] * imag * imag;
+            wri += weights[k] * real * imag;
+        }
+        // The noise of the imaginary part adds to its square.
+        const double square = wii - wi * wi / w - w * noise * noise;
+        if (!(square > 4 * noise * noise * std::sqrt(w))) return unknown_phase;
+        const double off = -(wri - wr * wi / w) / square, level = (wr + off * wi) / w;
+        double misfit = 0;
+        for (size_t k = 0; k < flanks.size(); ++k) {
+            const double left = flanks[k].real - level + off * flanks[k].imag;
+            misfit += weights[k] * left * left;
+        }
+        const double unit = std::max({misfit / w, noise * noise, 1e-300});
+        result = {off, std::max(misfit / w, alike * noise * noise) / square};
+        for (size_t k = 0; k < flanks.size(); ++k) {
+            const double left = flanks[k].real - level + off * flanks[k].imag, far = left * left / (6 * unit);
+            weights[k] = left > 0 ? 1 / (1 + far * far) : 1;
+        }
+    }
+    return result;
+}
+
+// What the flanks are read from: the spectrum without the first order of the phase, the absorption of the fitted lines there at
+// a phase that is near, and which points stand in a line.
+struct FlankedSpectrum {
+    std::vector<double> absorption;
+    std::vector<bool> core;
+
+    FlankedSpectrum(std::span<const PhasedRegion> regions, const BinnedSpectrum& spectrum, const PhaseLine& near)
+        : absorption(spectrum.bins.size()), core(spectrum.bins.size()) {
+        for (const PhasedRegion& region : regions)
+            for (const Line& line : region.lines) add(line, spectrum, near);
+    }
+
+private:
+    void add(const Line& line, const BinnedSpectrum& spectrum, const PhaseLine& near) {
+        const auto last = static_cast<double>(core.size() - 1);
+        const double along = std::cos(line.phase - near.at(line.point / (last + 1)));
+        const double height = std::abs(along) < trusted ? 0 : line.height * along;
+        const double reach =
+            line.half_width * std::clamp(std::sqrt(std::abs(height) / (0.1 * spectrum.noise + 1e-300)), 2.0, 200.0);
+        const double half_core = std::max(flank_begin * line.half_width, 1.0);
+        const auto first = static_cast<size_t>(std::clamp(line.point - reach, 0.0, last));
+        for (size_t i = first; i <= static_cast<size_t>(std::clamp(line.point + reach, 0.0, last)); ++i) {
+            const double distance = std::abs(static_cast<double>(i) - line.point), x = distance / line.half_width;
+            absorption[i] += height / (1 + x * x);
+            if (distance <= half_core && !is_broad(line, core.size())) core[i] = true;
+        }
+    }
+};
+
+// The phase of a region by its flanks, starting from one that is near.
+KnownPhase phase_of_flanks(const PhasedRegion& region, size_t first, size_t last, const FlankedSpectrum& flanked,
+                           const BinnedSpectrum& spectrum, const PhaseLine& near) {
+    const auto points = static_cast<double>(spectrum.bins.size());
+    double phase = near.at(region.place);
+    KnownPhase part;
+    for (int step = 0; step < 2; ++step) {
+        std::vector<Flank> flanks;
+        for (size_t i = first; i <= last; ++i) {
+            if (flanked.core[i]) continue;
+            const double here = phase + near.first_order * (static_cast<double>(i) / points - region.place);
+            const Value turned = times(spectrum.bins[i], std::polar(1.0, -here));
+            flanks.push_back({turned.real() - flanked.absorption[i], turned.imag()});
+        }
+        part = flanks.size() < 10 ? unknown_phase : fit_flanks(flanks, spectrum.noise, spectrum.alike);
+        if (std::abs(part.phase) > 60 * degree || part.variance > 1) return unknown_phase;
+        phase += part.phase;
+    }
+    const double floor = region.strong ? strong_flanks_floor : flanks_floor;
+    return {phase, part.variance + floor * floor};
+}
+
+// The phase of a region's integral, over a window about its middle that takes in its feet alike; what stands beside it is taken
+// for background. Dispersion cancels as far as the region is in the middle of the window.
+KnownPhase phase_of_integral(const PhasedRegion& region, const BinnedSpectrum& spectrum, const PhaseLine& near) {
+    const auto points = static_cast<double>(spectrum.bins.size());
+    double first = 1e300, last = -1e300, area = 0, middle = 0;
+    for (const Line& line : region.lines) {
+        first = std::min(first, line.point - 4 * line.half_width);
+        last = std::max(last, line.point + 4 * line.half_width);
+        area += line.height * line.half_width;
+        middle += line.height * line.half_width * line.point;
+    }
+    middle /= area;
+    const double reach = std::max({last - middle, middle - first, 3.0}), side = 1.5 * reach;
+    if (middle - side < 0 || middle + side > points - 1) return unknown_phase;
+    Value inside = 0, beside = 0;
+    double count = 0, others = 0;
+    for (auto i = static_cast<size_t>(middle - side); i <= static_cast<size_t>(middle + side); ++i) {
+        const auto x = static_cast<double>(i);
+        const Value turned = times(spectrum.bins[i], std::polar(1.0, -near.at(x / points)));
+        if (std::abs(x - middle) <= reach) {
+            inside += turned;
+            count += 1;
+        } else {
+            beside += turned;
+            others += 1;
+        }
+    }
+    const Value sum = inside - beside * (count / others);
+    const double noise = spectrum.noise * spectrum.noise * spectrum.alike * count * (1 + count / others);
+    return {near.at(region.place) + std::arg(sum), noise / std::max(std::norm(sum), 1e-300) + integral_floor * integral_floor};
+}
+
+// The mean of what agrees: where one is far from the others, it is left out.
+KnownPhase agreed(std::span<KnownPhase> parts) {
+    const auto mean = [&](const KnownPhase& reference) {
+        double weights = 0, sum = 0;
+        for (const KnownPhase& part : parts) {
+            weights += 1 / part.variance;
+            sum += std::remainder(part.phase - reference.phase, pi) / part.variance;
+        }
+        return KnownPhase{reference.phase + sum / weights, 1 / weights};
+    };
+    const auto surest =
+        *std::min_element(parts.begin(), parts.end(), [](const auto& a, const auto& b) { return a.variance < b.variance; });
+    KnownPhase result = mean(surest);
+    double largest = 0;
+    KnownPhase* farthest = nullptr;
+    for (KnownPhase& part : parts) {
+        const double off = std::pow(std::remainder(part.phase - result.phase, pi), 2) / part.variance;
+        if (off > largest) {
+            largest = off;
+            farthest = &part;
+        }
+    }
+    if (largest < 4) return {result.phase, surest.variance};
+    farthest->variance = 1e6;
+    result = mean(surest);
+    result.variance *= 2;
+    return result;
+}
+
+}  // namespace
+
+std::vector<PhasedRegion> phase_by_flanks(std::vector<PhasedRegion> regions, const BinnedSpectrum& spectrum,
+                                          const PhaseLine& near) {
+    const std::vector<KnownPhase> modelled = phase_by_model(regions, spectrum, near);
+    const FlankedSpectrum flanked(regions, spectrum, near);
+    const auto end = static_cast<double>(spectrum.bins.size() - 1);
+    for (PhasedRegion& region : regions) {
+        double width = 0;
+        for (const Line& line : region.lines) width = std::max(width, line.half_width);
+        if (is_broad(region.lines[0], spectrum.bins.size())) continue;
+        const auto first = static_cast<size_t>(std::clamp(region.lines.front().point - flank_end * width, 0.0, end));
+        const auto last = static_cast<size_t>(std::clamp(region.lines.back().point + flank_end * width, 0.0, end));
+        const KnownPhase part = phase_of_flanks(region, first, last, flanked, spectrum, near);
+        std::array<KnownPhase, 3> parts = {KnownPhase{region.phase, region.variance}, part, unknown_phase};
+        if (!region.strong) {
+            const KnownPhase& model = modelled[static_cast<size_t>(&region - regions.data())];
+            parts[0] = {model.phase, model.variance + model_floor * model_floor};
+            parts[2] = phase_of_integral(region, spectrum, near);
+        }
+        const KnownPhase best = agreed(parts);
+        region.phase = best.phase;
+        region.variance = best.variance;
+    }
+    return regions;
+}
+
+}  // namespace zolt
