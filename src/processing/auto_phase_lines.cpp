@@ -17,7 +17,7 @@ constexpr size_t most_peaks = 256;      // of one bin width
 constexpr double detection = 4.5;       // a peak stands this many times above the noise
 constexpr double widest = 3.2;          // half width at half height in bins; broader lines are fitted in wider bins
 constexpr double narrowest = 0.75;      // narrower lines are fitted in narrower bins
-constexpr double certain_phase = 0.35;  // radians; a fit that knows its phase worse is of no use
+constexpr double certain_phase = 0.5;  // radians; a fit that knows its phase worse is of no use
 
 Value inverse(Value a) { return std::conj(a) / std::norm(a); }
 

@@ -150,7 +150,7 @@ std::optional<KnownPhase> phase_by_wings(const Region& region, double free, std:
 std::vector<Region> join(std::span<const Line> lines, size_t points, double noise) {
     std::vector<Region> regions;
     const auto close = [&](const Line& a, const Line& b) {
-        return b.point - a.point < std::max(static_cast<double>(points) / 400, 6 * (a.half_width + b.half_width));
+        return b.point - a.point < std::max(static_cast<double>(points) / 700, 6 * (a.half_width + b.half_width));
     };
     for (size_t first = 0, next = 1; first < lines.size(); first = next++) {
         while (next < lines.size() && close(lines[next - 1], lines[next])) ++next;
