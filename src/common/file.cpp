@@ -1,6 +1,7 @@
 // Files of a POSIX system: facts, streams, and replacement by rename.
 #include "common/file.h"
 
+#include <atomic>
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
@@ -116,6 +117,20 @@ void remove_leftovers(const std::string& folder) {
     }
 }
 
+// Gives an open file without a name one beside the target. The name is of this file, which is locked, from the first
+// moment on: no other program's clearing away can take it for a leftover.
+bool link_under_new_name(int descriptor, const std::string& target, std::string& name) {
+    static std::atomic<unsigned> counter = 0;
+    constexpr int attempts = 1000;
+    const std::string from = format_text("/proc/self/fd/%d", descriptor);
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        name = format_text("%s/%s%d-%u", folder_of(target).c_str(), private_start, static_cast<int>(::getpid()), ++counter);
+        if (::linkat(AT_FDCWD, from.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0) return true;
+        if (errno != EEXIST) return false;
+    }
+    return false;
+}
+
 // A new named private file, locked; -1 without one. Another program's clearing away may take it before the lock does.
 int open_named(std::string& name) {
     for (int attempt = 0; attempt < 10; ++attempt) {
@@ -179,13 +194,8 @@ bool ReplacedFile::put_in_place() {
     if (!file_ || std::fflush(file_.stream()) != 0 || ::fsync(::fileno(file_.stream())) != 0) return failed();
     if (private_name_.empty()) {
         // A name of its own first: only a rename replaces the target in one step.
-        const std::string from = format_text("/proc/self/fd/%d", ::fileno(file_.stream()));
-        std::string name = private_template(target_);
-        const int place = ::mkstemp(name.data());
-        if (place < 0) return failed();
-        ::close(place);
-        ::unlink(name.c_str());
-        if (::linkat(AT_FDCWD, from.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) != 0) return failed();
+        std::string name;
+        if (!link_under_new_name(::fileno(file_.stream()), target_, name)) return failed();
         private_name_ = name;
     }
     if (::rename(private_name_.c_str(), target_.c_str()) != 0) return failed();
