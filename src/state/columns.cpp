@@ -16,8 +16,8 @@ namespace zolt {
 
 namespace {
 
-// Four cache lines of each vector at a time.
-constexpr size_t strip = 32;
+// Columns at a time: eight cache lines of each vector, fewer where columns are so long that their buffer would be large.
+constexpr size_t widest_strip = 64, narrowest_strip = 8, strip_bytes = size_t{16} << 20;
 constexpr size_t padding = 16;
 
 size_t threads() {
@@ -100,6 +100,7 @@ std::optional<Along> along_dimension(const DataRecord& data, int dimension) {
 }
 
 ColumnWork for_each_column(VectorStore& store, const Along& along, const std::function<void(std::span<Complex>)>& kernel) {
+    const size_t strip = std::clamp(strip_bytes / (sizeof(Complex) * (along.length + padding)), narrowest_strip, widest_strip);
     const size_t strips = (store.points() + strip - 1) / strip, families = along.outer * along.inner;
     const size_t per_thread = strip * (along.length + padding);
     Buffer<Complex> room, before;
