@@ -7,9 +7,8 @@
 
 #include "datafile/arrayed.h"
 #include "datafile/native_file.h"
-#include "platform/platform.h"
+#include "platform/silent_platform.h"
 #include "rows.h"
-#include "silent_platform.h"
 #include "state/session.h"
 
 namespace zolt::bench {

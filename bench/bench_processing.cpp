@@ -9,9 +9,8 @@
 
 #include "app/command_line.h"
 #include "app/dispatcher.h"
-#include "platform/platform.h"
+#include "platform/silent_platform.h"
 #include "rows.h"
-#include "silent_platform.h"
 #include "state/columns.h"
 #include "state/dataset.h"
 

@@ -93,10 +93,9 @@ std::vector<size_t> tops(const std::vector<double>& signal, double sign, double 
     return found;
 }
 
-// From a top to both sides, to where 4 points in a row have lost it: below the least level that counts, or 1 % of it.
-Region around(const std::vector<double>& signal, size_t top, double least) {
+// A region widened on both sides to where 4 points in a row are below the level.
+Region widened(const std::vector<double>& signal, Region region, double level) {
     const auto n = static_cast<int64_t>(signal.size());
-    const double level = std::max(least, 0.01 * std::abs(signal[top]));
     const auto lost = [&](int64_t p, int64_t step) {
         for (int64_t i = 0; i < 4; ++i) {
             const int64_t q = p + i * step;
@@ -105,7 +104,7 @@ Region around(const std::vector<double>& signal, size_t top, double least) {
         }
         return true;
     };
-    auto first = static_cast<int64_t>(top), last = first;
+    auto [first, last] = region;
     while (first > 0 && !lost(first - 1, -1)) --first;
     while (last + 1 < n && !lost(last + 1, 1)) ++last;
     return {first, last};
@@ -126,11 +125,17 @@ std::vector<Region> regions_of_tops(const std::vector<double>& signal, double si
     std::vector<Region> regions;
     for (const size_t top : all) {
         if (top < end || top >= signal.size() - end) continue;
-        const Region region = around(signal, top, least);
-        if (!regions.empty() && region.first <= regions.back().second)
-            regions.back() = {std::min(regions.back().first, region.first), std::max(regions.back().second, region.second)};
-        else
-            regions.push_back(region);
+        const auto place = static_cast<int64_t>(top);
+        // A top within the last region widens that one from its ends: no point is looked at again and again.
+        Region region = {place, place};
+        if (!regions.empty() && place <= regions.back().second) {
+            region = regions.back();
+            regions.pop_back();
+        }
+        region = widened(signal, region, std::max(least, 0.01 * std::abs(signal[top])));
+        for (; !regions.empty() && region.first <= regions.back().second; regions.pop_back())
+            region.first = std::min(region.first, regions.back().first);
+        regions.push_back(region);
     }
     return regions;
 }

@@ -43,6 +43,37 @@ std::string name_of(const std::string& path) {
     return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
+std::string extension_of(const std::string& path) {
+    const std::string name = name_of(path);
+    const size_t dot = name.find_last_of('.');
+    return dot == std::string::npos || dot == 0 ? std::string() : name.substr(dot + 1);
+}
+
+std::string without_extension(const std::string& path) {
+    const std::string extension = extension_of(path);
+    const bool bare_dot = extension.empty() && path.ends_with('.') && name_of(path).size() > 1;
+    return path.substr(0, path.size() - (extension.empty() ? (bare_dot ? 1 : 0) : extension.size() + 1));
+}
+
+std::string next_in_series(const std::string& path) {
+    const auto digit = [&](size_t i) { return path[i] >= '0' && path[i] <= '9'; };
+    const size_t name = path.size() - name_of(path).size();
+    size_t end = path.size();
+    if (extension_of(path).empty() || !digit(end - 1)) {
+        end = without_extension(path).size();
+        while (end > name && !digit(end - 1)) --end;
+    }
+    if (end == name) return {};
+    std::string next = path;
+    size_t at = end;
+    while (at > name && digit(at - 1) && next[at - 1] == '9') next[--at] = '0';
+    if (at > name && digit(at - 1))
+        ++next[at - 1];
+    else
+        next.insert(at, 1, '1');
+    return next;
+}
+
 std::string find_companion(const std::string& folder, std::string_view name) {
     std::string exact = folder + "/" + std::string(name);
     if (file_facts(exact).regular) return exact;

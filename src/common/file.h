@@ -23,6 +23,14 @@ std::string absolute_path(const std::string& path);
 std::string folder_of(const std::string& path);
 std::string name_of(const std::string& path);
 
+/// The extension of the last part of a path, without its dot; "" for none. A dot in front or at the end begins none.
+std::string extension_of(const std::string& path);
+/// The path without its extension and the dot before it.
+std::string without_extension(const std::string& path);
+/// The name of the next file of a numbered series: the number at the end of the extension, or else the last one of the
+/// rest, one higher (spec.009 becomes spec.010, run7.txt run8.txt); "" for a name without a number.
+std::string next_in_series(const std::string& path);
+
 /// The file `name` of `folder`, looked up without regard to case when the exact name is not there; "" when absent.
 std::string find_companion(const std::string& folder, std::string_view name);
 

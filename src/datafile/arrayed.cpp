@@ -33,11 +33,6 @@ constexpr Mode modes[] = {
 };
 constexpr const char* no_memory_tppi = "Not enough memory to allocate file %s for convertibg to PairWise Arrayed Mode !";
 
-bool fail(const std::string& text) {
-    refuse(text);
-    return false;
-}
-
 // A message that names the file in place of its %s.
 std::string naming_file(std::string text) { return text.replace(text.find("%s"), 2, show.file_a); }
 
@@ -108,6 +103,12 @@ void keep_beside_file(const DataRecord& known, DataRecord& fresh) {
 
 const char* arrayed_name(int level) { return modes[std::clamp(level, 0, 4)].name; }
 
+ArrayedLevel level_of_type(std::string_view process_type) {
+    if (has_pairs(process_type)) return pairwise_arrayed;
+    if (process_type == "3D_GENERIC") return arrayed_3d;
+    return process_type == "4D_GENERIC" ? arrayed_4d : complex_arrayed;
+}
+
 bool enter_arrayed(ArrayedLevel level, bool from_tppi) {
     if (!show.loaded) return fail("Arrayed mode cannot be entered when no data set has been loaded.");
     if (show.level == level) return true;
@@ -159,12 +160,8 @@ namespace {
 // The mode that the process type asks for; one without a key of its own counts as 1D first.
 ArrayedLevel usual_mode() {
     std::string& key = show.process_type;
-    for (const char* paired : {"2D_TPPI", "2D_HYPERCOMPLEX", "2D_ECHOANTIECHO", "2D_STATESTPPI"})
-        if (key == paired) return pairwise_arrayed;
-    if (key == "3D_GENERIC") return arrayed_3d;
-    if (key == "4D_GENERIC") return arrayed_4d;
-    if (key != "2D_MAGNITUDE") key = show.dims[1].points > 1 ? "2D_MAGNITUDE" : "1D";
-    return complex_arrayed;
+    if (key == "1D" || !is_process_type(key)) key = show.dims[1].points > 1 ? "2D_MAGNITUDE" : "1D";
+    return level_of_type(key);
 }
 
 }  // namespace

@@ -49,11 +49,10 @@ namespace {
 constexpr size_t longest_text = 127;
 constexpr std::string_view marker_line = "##JCAMP-DXB  $$JCAMPDX Header and Binary Data";
 
-/// What a row writes from: the data set, its counts as this file has them, and the summary of its points.
+/// What a row writes from: the data set and the summary of its points.
 struct Source {
     const DataRecord& data;
     const DataSummary& summary;
-    std::array<int32_t, 4> points;
     bool exported;
     double factor = 1;  ///< of the points
 
@@ -266,8 +265,8 @@ const Row rows[] = {
     {"##$TOTAL_B", [](S f) { return write_totals<1>(f, "  "); }, read_totals<1>},
     {"##$TOTAL_C", [](S f) { return write_totals<2>(f, "  "); }, read_totals<2>},
     {"##$TOTAL_LB", [](S f) { return write_broadenings(f, "  "); }},
-    {"##$TD", [](S f) { return format_text("= %d", f.points[0]); }},
-    {"##$NPOINTS_2D", [](S f) { return format_text("= %d", f.points[1]); }},
+    {"##$TD", [](S f) { return format_text("= %d", f.data.dims[0].points); }},
+    {"##$NPOINTS_2D", [](S f) { return format_text("= %d", f.data.dims[1].points); }},
     {"##$SFO2", [](S f) { return real(f.data.dims[1].sf); }},
     {"$$ End of Bruker specific JCAMP parameters", write_nothing},
     {"$$ ZOLT specific parameters", write_nothing},
@@ -293,9 +292,9 @@ const Row rows[] = {
     {"##$ACQ_ORDER", write_ints<&Dimension::order>, read_order},
     {"##$DSPFVS", zero},
     {"##$GRPDLY", [](S f) { return format_text("=%d", static_cast<int>(f.data.group_delay)); }},
-    {"##$POINTS", [](S f) { return "=" + four("%d", ", ", [&](size_t d) { return f.points[d]; }); }, read_points},
-    {"##$TD", [](S f) { return format_text("= %d", f.points[0]); }},
-    {"##$NPOINTS_2D", [](S f) { return format_text("= %d", f.points[1]); }},
+    {"##$POINTS", [](S f) { return "=" + four("%d", ", ", [&](size_t d) { return f.data.dims[d].points; }); }, read_points},
+    {"##$TD", [](S f) { return format_text("= %d", f.data.dims[0].points); }},
+    {"##$NPOINTS_2D", [](S f) { return format_text("= %d", f.data.dims[1].points); }},
     {"##$FREQUENCY", write_floats<&Dimension::sf>, read_floats<&Dimension::sf>},
     {"##$SWEEP_WIDTH", write_floats<&Dimension::sw>, read_floats<&Dimension::sw>},
     {"##$FREQ_OFFSET", write_floats<&Dimension::offset>, read_floats<&Dimension::offset>},
@@ -343,7 +342,11 @@ const Row table_rows[] = {
     {"##SYMBOL", [](S) { return std::string("= X, R, I, N"); }},
     {"##VAR_TYPE", [](S) { return std::string("= INDEPENDENT, DEPENDENT, DEPENDENT, PAGE"); }},
     {"##VAR_FORM", [](S) { return std::string("= AFFN, AFFN, AFFN, AFFN"); }},
-    {"##VAR_DIM", [](S f) { return format_text("= %d, %d, %d, %d", f.points[0], f.points[0], f.points[0], f.points[1]); }},
+    {"##VAR_DIM",
+     [](S f) {
+         return format_text("= %d, %d, %d, %d", f.data.dims[0].points, f.data.dims[0].points, f.data.dims[0].points,
+                            f.data.dims[1].points);
+     }},
     {"##UNITS", [](S f) { return std::string(f.spectrum() ? "= HZ" : "= SECONDS") + ", ARBITRARY UNITS, ARBITRARY UNITS"; }},
     {"##FIRST", [](S f) { return table_values("= %-10.4f", first_x(f), f.summary.first); }},
     {"##LAST", [](S f) { return table_values("= %-10.4f", last_x(f), f.summary.last); }},
@@ -393,24 +396,20 @@ std::string check_counts(const Binary& binary, uint64_t file_bytes, NativeLayout
 
 }  // namespace
 
-std::string encode_dxb_header(const DataRecord& data, const DataSummary& summary, bool one_slice, bool exported) {
-    Source from{data, summary, {}, exported};
-    int64_t all = 1;
-    for (size_t d = 0; d < 4; ++d) {
-        from.points[d] = d > 0 && one_slice ? 1 : data.dims[d].points;
-        all *= from.points[d];
-    }
+std::string encode_dxb_header(const DataRecord& data, const DataSummary& summary, bool exported) {
+    const Source from{data, summary, exported};
+    const uint64_t all = static_cast<uint64_t>(data.pts1d()) * data.all_slices();
     std::string text;
     for (const Row& row : rows) text += row.label + row.write(from) + "\r\n";
     text += header_sections(data);
     for (const Row& row : table_rows) text += row.label + row.write(from) + "\r\n";
-    text += format_text("##BINARY(%lld)=%lld,IEEE32L\r\n", static_cast<long long>(all), static_cast<long long>(8 * all));
+    text += format_text("##BINARY(%llu)=%llu,IEEE32L\r\n", static_cast<unsigned long long>(all),
+                        static_cast<unsigned long long>(8 * all));
     return text + control_z;
 }
 
 std::string encode_jcamp_header(const DataRecord& data, const DataSummary& summary, double factor) {
-    Source from{data, summary, {}, true, factor};
-    for (size_t d = 0; d < 4; ++d) from.points[d] = data.dims[d].points;
+    const Source from{data, summary, true, factor};
     std::string text;
     for (const std::span<const Row> part : {std::span<const Row>(rows), std::span<const Row>(table_rows)})
         for (const Row& row : part)

@@ -19,9 +19,8 @@ struct DataSummary {
     void add(std::span<const Complex> points);
 };
 
-/// The header, control-Z included. `one_slice` describes the current slice alone; `exported` is the form of a full
-/// export instead of a native save.
-std::string encode_dxb_header(const DataRecord& data, const DataSummary& summary, bool one_slice, bool exported);
+/// The header, control-Z included. `exported` is the form of a full export instead of a native save.
+std::string encode_dxb_header(const DataRecord& data, const DataSummary& summary, bool exported);
 
 /// The header of the same data set as JCAMP-DX text, up to its first page: no control-Z, no points. Points are written as
 /// multiples of `factor`.

@@ -15,11 +15,6 @@ FileC file_c;
 
 namespace {
 
-bool fail(const std::string& text) {
-    refuse(text);
-    return false;
-}
-
 NativeForm form_of(const NativeLayout& layout) { return {layout.type, layout.order}; }
 
 // The texts of a copy's failures, which name what was copied.

@@ -16,16 +16,12 @@ namespace zolt {
 
 namespace {
 
-bool more_than_one_slice() { return show.all_slices() > 1; }
-
 bool agreed(const char* caption, const std::string& text) {
     return platform().question(caption, text, Buttons::yes_no) == Answer::yes;
 }
 
 // Whether File A has slices that the current level does not hold.
-bool file_holds_more() {
-    return CurrentArrayedLevel() == 0 ? show.all_slices() > 1 : record_of_level(show).all_slices() < show.all_slices();
-}
+bool file_holds_more() { return record_of_level(show).all_slices() < show.all_slices(); }
 
 // What the user has to agree to before this name is written to; true when it may be.
 bool may_save_as(const std::string& path) {
@@ -53,7 +49,7 @@ namespace {
 
 // Level 0: the current slice, as a 1D file of its own name when there are more.
 int save_slice(const std::string& path) {
-    const bool slice_only = more_than_one_slice();
+    const bool slice_only = file_holds_more();
     if (slice_only)
         platform().message(
             "Save File A", Icon::exclamation,
@@ -107,10 +103,9 @@ int cmd_header(Arguments& args) {
     if (word.empty() || word == "?" || word == "/?")
         return show_reply(format_text(" - Current header version is %d", session.header_type));
     if (same_word(word, "length")) {
-        const size_t bytes = session.header_type == 1 ? short_header_bytes
-                             : session.header_type == 2
-                                 ? full_header_bytes
-                                 : encode_dxb_header(show, DataSummary(), more_than_one_slice(), false).size();
+        const size_t bytes = session.header_type == 1   ? short_header_bytes
+                             : session.header_type == 2 ? full_header_bytes
+                                                        : encode_dxb_header(record_of_level(show), DataSummary(), false).size();
         return show_reply(format_text(" - Header length is %d", static_cast<int>(bytes)));
     }
     const int64_t type = integer_or_zero(word);

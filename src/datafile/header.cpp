@@ -59,9 +59,9 @@ void decode_dimension(const Words& words, size_t d, Dimension& dimension) {
     for (size_t p = 0; p < dimension.carried.size(); ++p) dimension.carried[p] = words.real(b + at::carried + 4 * p);
 }
 
-void encode_dimension(Words& words, size_t d, const Dimension& dimension, const CarriedWords& carried, int32_t points) {
+void encode_dimension(Words& words, size_t d, const Dimension& dimension, const CarriedWords& carried) {
     const size_t b = block_of(d);
-    words.put<int32_t>(b + at::points, points);
+    words.put(b + at::points, dimension.points);
     words.put<int32_t>(b + at::code, dimension.domain_code);
     words.put<int32_t>(b + at::domain, dimension.frequency ? 1 : 0);
     words.put<int32_t>(b + at::unit, dimension.axis_unit);
@@ -137,22 +137,21 @@ std::string decode_header(std::span<const unsigned char> bytes, uint64_t file_by
     return check_counts(data, file_bytes, layout);
 }
 
-std::vector<unsigned char> encode_header(const DataRecord& data, int type, ByteOrder order, bool one_slice) {
+std::vector<unsigned char> encode_header(const DataRecord& data, int type, ByteOrder order) {
     std::vector<unsigned char> bytes(full_header_bytes, 0);
     Words words{bytes.data(), order};
-    std::array<int32_t, 4> points{};
-    for (size_t d = 0; d < 4; ++d) points[d] = d > 0 && one_slice ? 1 : data.dims[d].points;
+    const auto points = [&](size_t d) { return data.dims[d].points; };
 
     words.put(0, marker);
     words.put<int32_t>(at::length, type == 1 ? 256 : 1024);
-    words.put<int32_t>(at::dimensions, points[3] > 1 ? 4 : points[2] >= 2 ? 3 : points[1] >= 2 ? 2 : 1);
+    words.put<int32_t>(at::dimensions, points(3) > 1 ? 4 : points(2) >= 2 ? 3 : points(1) >= 2 ? 2 : 1);
     words.put<int32_t>(at::data_type, 0);
     words.put<int32_t>(at::type, type);
     words.put(at::word_a, data.words.a);
     words.put(at::stamp, static_cast<int32_t>(std::time(nullptr)));
     words.put<int32_t>(at::tailer, 1);
     for (size_t p = 0; p < data.words.parameter_block.size(); ++p) words.put(at::parameters + 4 * p, data.words.parameter_block[p]);
-    for (size_t d = 0; d < data.dims.size(); ++d) encode_dimension(words, d, data.dims[d], data.words, points[d]);
+    for (size_t d = 0; d < data.dims.size(); ++d) encode_dimension(words, d, data.dims[d], data.words);
     words.put(at::word_b, data.words.b);
     words.put(at::scans, data.scans);
     if (type == 1) {

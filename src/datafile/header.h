@@ -36,8 +36,7 @@ bool decode_header_start(std::span<const unsigned char> bytes, NativeLayout& lay
 /// layout. An empty text on success, else what is wrong with the header.
 std::string decode_header(std::span<const unsigned char> bytes, uint64_t file_bytes, NativeLayout& layout, DataRecord& data);
 
-/// The bytes of a header of type 1 or 2. `one_slice` describes the current slice alone: the counts of
-/// dimensions 2 to 4 are written as 1.
-std::vector<unsigned char> encode_header(const DataRecord& data, int type, ByteOrder order, bool one_slice);
+/// The bytes of a header of type 1 or 2.
+std::vector<unsigned char> encode_header(const DataRecord& data, int type, ByteOrder order);
 
 }  // namespace zolt

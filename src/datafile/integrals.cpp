@@ -156,9 +156,11 @@ void read_integrals_line(std::string_view line, DataRecord& data) {
     region.end = as_point(fields[2]);
     region.value = static_cast<float>(number_or_zero(fields[4]));
     region.label = fields.size() > 5 ? as_point(fields[5]) : 0;
-    data.integrals.insert(std::upper_bound(data.integrals.begin(), data.integrals.end(), region, by_position), region);
+    data.integrals.push_back(region);
     data.integral_points = data.pts1d();
 }
+
+void order_integrals(DataRecord& data) { std::stable_sort(data.integrals.begin(), data.integrals.end(), by_position); }
 
 std::string integral_listing(std::span<const Integral> list, const Dimension& dimension, double scale, ListForm form) {
     const Axis axis = dimension.axis();

@@ -30,8 +30,9 @@ bool integral_range(const Dimension& dimension, double from, double to, int64_t&
 
 /// The INTEGRALS section as the tailer has it, or with the prefixes of a JCAMP-DXB header; "" without regions.
 std::string integrals_section(const DataRecord& data, bool prefixed);
-/// Takes one line of the section, either form.
+/// Takes one line of the section, either form; the list is put in order when all are read.
 void read_integrals_line(std::string_view line, DataRecord& data);
+void order_integrals(DataRecord& data);
 
 enum class ListForm { tabs, columns };
 /// A list with its title, limits in the axis unit of dimension 1, values times `scale`.

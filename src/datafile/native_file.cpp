@@ -19,11 +19,6 @@ namespace {
 
 constexpr uint64_t largest_tailer = 256 << 20;
 
-bool fail(const std::string& text) {
-    refuse(text);
-    return false;
-}
-
 std::string missing_file_text(const std::string& path) {
     return format_text(
         "File [ %s ] not found.\nIn Module FILE function FileRead\nSpelled correctly?\nPath correct?\nDoes the file exist?",
@@ -93,8 +88,11 @@ uint64_t buffer_bytes(const DataBuffer& buffer, const NativeLayout& layout) {
 // Where the text begins in what follows the data: behind the slices of the buffers that it describes.
 size_t start_of_text(std::string_view text, const NativeLayout& layout) {
     constexpr std::string_view keyword = "INFORMATION\r\n";
+    // Points that read as the keyword by chance are hardly to be thought of; many are none of ours.
+    constexpr int most_tried = 8;
     if (text.find("##$BUFFER=") == std::string_view::npos) return 0;
-    for (size_t at = text.find(keyword); at != std::string_view::npos; at = text.find(keyword, at + 1)) {
+    size_t at = text.find(keyword);
+    for (int tried = 0; at != std::string_view::npos && tried < most_tried; at = text.find(keyword, at + 1), ++tried) {
         DataRecord described;
         read_tailer(text.substr(at), described);
         uint64_t bytes = 0;
@@ -191,11 +189,11 @@ bool write_native_header(File& file, NativeForm form, const DataRecord& data, co
     layout.slices = static_cast<uint64_t>(data.dims[1].points);
     layout.slice_bytes = static_cast<uint64_t>(data.pts1d()) * sizeof(Complex) + layout.prefix_bytes();
     if (layout.type == 3) {
-        const std::string header = encode_dxb_header(data, summary, false, false);
+        const std::string header = encode_dxb_header(data, summary, false);
         layout.header_bytes = header.size();
         return file.write(header);
     }
-    const auto header = encode_header(data, layout.type, layout.order, false);
+    const auto header = encode_header(data, layout.type, layout.order);
     layout.header_bytes = header.size();
     return file.write(header.data(), header.size());
 }
@@ -272,8 +270,9 @@ bool write_native_file(File& file, const DataSet& data, NativeLayout& layout) {
 
 DataRecord record_of_level(const DataRecord& data) {
     DataRecord record = data;
-    if (data.level >= 1 && data.level <= 2) record.dims[2].points = 1;
-    if (data.level >= 1 && data.level <= 3) record.dims[3].points = 1;
+    if (data.level < 1) record.dims[1].points = 1;
+    if (data.level < 3) record.dims[2].points = 1;
+    if (data.level < 4) record.dims[3].points = 1;
     return record;
 }
 
@@ -314,7 +313,8 @@ bool FileWrite(const std::string& path, const DataSet& data) {
     DataSummary summary;
     summary.add(data.cvNMRdata());
     DataRecord one_slice = data;
-    for (size_t d = 1; d < one_slice.dims.size(); ++d) one_slice.dims[d].points = 1;
+    one_slice.level = 0;
+    one_slice = record_of_level(one_slice);
     NativeLayout layout;
     const NativeForm form = configured_form();
     if (!write_native_header(file, form, one_slice, summary, layout)) return fail("Could not write header in FileWrite.");

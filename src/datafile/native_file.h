@@ -26,7 +26,7 @@ bool FileWrite(const std::string& path, const DataSet& data);
 /// Stores every vector of an Arrayed level as a file of the configured type. False, after its message.
 bool write_MD_file(const std::string& path, const DataSet& data);
 
-/// The record of what an Arrayed level holds: one plane at levels 1 and 2, one cube at level 3.
+/// The record of what a level holds: one slice at level 0, one plane at levels 1 and 2, one cube at level 3.
 DataRecord record_of_level(const DataRecord& data);
 
 /// Header type and byte order of a file to be written.

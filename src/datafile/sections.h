@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "datafile/integrals.h"
 #include "state/dataset.h"
 
 namespace zolt {
@@ -14,6 +15,9 @@ struct Section;
 class SectionReader {
 public:
     explicit SectionReader(DataRecord& data) : data_(data) {}
+    ~SectionReader() { order_integrals(data_); }
+    SectionReader(const SectionReader&) = delete;
+    SectionReader& operator=(const SectionReader&) = delete;
     /// True when the line belongs to a section (its keywords included) or describes a data buffer.
     bool take(std::string_view line);
 

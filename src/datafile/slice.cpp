@@ -13,11 +13,6 @@ namespace zolt {
 
 namespace {
 
-bool fail(const std::string& text) {
-    refuse(text);
-    return false;
-}
-
 bool no_such_slice(int64_t k) { return fail(format_text("No such slice number %ld", static_cast<long>(k))); }
 
 // A slice comes as it stands in the file, whatever was done to the one before it.

@@ -10,17 +10,6 @@
 
 namespace zolt {
 
-namespace {
-
-// File A's name with another extension.
-std::string beside_file_a(const char* extension) {
-    const std::string name = name_of(show.file_a);
-    const size_t dot = name.find_last_of('.');
-    return folder_of(show.file_a) + "/" + name.substr(0, dot == 0 ? std::string::npos : dot) + extension;
-}
-
-}  // namespace
-
 int cmd_tailerexport(Arguments& args) {
     if (args.ask_usage()) return show_reply("TailerExport");
     if (show.file_a.empty()) return refuse("No FileName A.");
@@ -32,7 +21,7 @@ int cmd_tailerexport(Arguments& args) {
     if (layout.type == 3) return refuse("No tailers used with header type 3");
     const std::string tailer = read_native_tailer(file, size, layout, record);
     if (tailer.empty()) return refuse("No tailer detected in file.");
-    const std::string path = beside_file_a(".tlr");
+    const std::string path = without_extension(show.file_a) + ".tlr";
     if (overwrite_refused(path) || !may_replace(path)) return 0;
     ReplacedFile output;
     if (!output.open(path) || !output.write(tailer) || !output.commit())

@@ -15,11 +15,7 @@
 
 namespace zolt {
 
-Pairing pairing_of(const std::string& process_type) {
-    for (const char* key : {"2D_TPPI", "2D_HYPERCOMPLEX", "2D_ECHOANTIECHO", "2D_STATESTPPI"})
-        if (process_type == key) return Pairing::paired;
-    return Pairing::plain;
-}
+Pairing pairing_of(const std::string& process_type) { return has_pairs(process_type) ? Pairing::paired : Pairing::plain; }
 
 DataRecord transposed_record(const DataRecord& record, int other, Pairing pairing) {
     DataRecord out = record;
@@ -197,13 +193,6 @@ namespace {
 
 constexpr uint64_t transposition_memory = uint64_t{256} << 20;
 
-// File A's name with the extension .td.
-std::string usual_output() {
-    const std::string name = name_of(show.file_a);
-    const size_t dot = name.find_last_of('.');
-    return folder_of(show.file_a) + "/" + name.substr(0, dot == 0 ? std::string::npos : dot) + ".td";
-}
-
 // The dimension that a word names: 2to1, 3to1, 4to1; 0 for other words.
 int dimension_of(std::string_view word) {
     static constexpr const char* words[] = {"2to1", "3to1", "4to1"};
@@ -254,7 +243,8 @@ int cmd_transpose(Arguments& args) {
     int other = dimension_of(word);
     if (other == 0) other = record.dims[2].points > 1 && record.dims[3].points < 2 ? 3 : 2;
     const WaitCursor wait;
-    return transpose_to(in, layout, record, other, name.empty() ? usual_output() : absolute_path(typed_path(name)));
+    return transpose_to(in, layout, record, other,
+                        name.empty() ? without_extension(show.file_a) + ".td" : absolute_path(typed_path(name)));
 }
 
 }  // namespace zolt

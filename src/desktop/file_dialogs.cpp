@@ -17,9 +17,9 @@
 #include "desktop/appearance.h"
 #include "desktop/text.h"
 #include "display/lettering.h"
-#include "front/silent_platform.h"
 #include "import/locate.h"
 #include "import/tranauto.h"
+#include "platform/silent_platform.h"
 #include "state/dataset.h"
 #include "state/session.h"
 

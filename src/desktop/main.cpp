@@ -14,7 +14,7 @@
 #include "front/detection.h"
 #include "front/events.h"
 #include "front/options.h"
-#include "front/silent_platform.h"
+#include "platform/silent_platform.h"
 
 namespace zolt {
 

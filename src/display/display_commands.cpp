@@ -21,13 +21,6 @@ namespace {
 constexpr const char* metafile_usage = "  - USAGE: metafile NAME.svg [width height]";
 constexpr double least_side = 64, largest_side = 16384;  // pixels
 
-// The extension of a file name, with its dot; "" without one. A dot in front or at the end begins none.
-std::string extension_of(const std::string& path) {
-    const std::string name = name_of(path);
-    const size_t dot = name.find_last_of('.');
-    return dot == std::string::npos || dot == 0 || dot + 1 == name.size() ? std::string() : name.substr(dot);
-}
-
 // The size typed behind the name: none, or both sides.
 bool take_size(Arguments& args, PlotOptions& options) {
     const std::string width = args.next(), height = args.next();
@@ -61,8 +54,8 @@ int cmd_metafile(Arguments& args) {
     path = absolute_path(path);
     const std::string extension = extension_of(path);
     if (extension.empty()) path += path.ends_with('.') ? "svg" : ".svg";
-    if (!extension.empty() && !same_word(extension, ".svg"))
-        return refuse(format_text("Only SVG is written now, not %s.\nGive a name that ends in .svg.", extension.c_str()));
+    if (!extension.empty() && !same_word(extension, "svg"))
+        return refuse(format_text("Only SVG is written now, not .%s.\nGive a name that ends in .svg.", extension.c_str()));
     if (overwrite_refused(path)) return 0;
     if (!write_file(path, svg_text(plot_1d(show, options), configured_palette(light_palette))))
         return refuse(format_text("Could not open File: %s", path.c_str()));

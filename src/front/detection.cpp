@@ -2,6 +2,7 @@
 #include "front/detection.h"
 
 #include "common/file.h"
+#include "common/text.h"
 #include "front/events.h"
 #include "import/locate.h"
 #include "import/tranauto.h"
@@ -10,13 +11,6 @@ namespace zolt {
 
 namespace {
 
-// Fits between two tabs, whatever the file is called.
-std::string one_field(std::string text) {
-    for (char& c : text)
-        if (static_cast<unsigned char>(c) < ' ') c = ' ';
-    return text;
-}
-
 // Tells the format of one file; false when it has none.
 bool print_format(const std::string& typed) {
     const std::string path = absolute_path(typed);
@@ -24,8 +18,8 @@ bool print_format(const std::string& typed) {
     const std::string file = reason.empty() ? data_file_of(path, reason) : "";
     const Detection found = file.empty() ? Detection{nullptr, "", reason} : detect_format(file, false);
     const bool known = found.format != nullptr;
-    print_detection(one_field(typed), known ? found.format->number : 0, known ? found.format->key : "",
-                    known ? found.format->name : one_field(found.message.substr(0, found.message.find('\n'))), found.step);
+    print_detection(one_line(typed), known ? found.format->number : 0, known ? found.format->key : "",
+                    known ? found.format->name : one_line(found.message.substr(0, found.message.find('\n'))), found.step);
     return known;
 }
 

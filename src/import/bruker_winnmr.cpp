@@ -37,10 +37,7 @@ constexpr FileSet file_sets[] = {
 struct SetFiles {
     std::string folder, base;
 
-    explicit SetFiles(const std::string& path) : folder(folder_of(path)), base(name_of(path)) {
-        const size_t dot = base.find_last_of('.');
-        if (dot != std::string::npos && dot > 0) base.resize(dot);
-    }
+    explicit SetFiles(const std::string& path) : folder(folder_of(path)), base(name_of(without_extension(path))) {}
     std::string find(const char* extension) const { return find_companion(folder, base + "." + extension); }
 };
 

@@ -28,12 +28,11 @@ std::vector<std::string> names_in(const std::string& folder) {
 }  // namespace
 
 Candidate::Candidate(const std::string& absolute_path)
-    : path(absolute_path), folder(folder_of(absolute_path)), name(name_of(absolute_path)), stem(name) {
-    const size_t dot = name.find_last_of('.');
-    if (dot == std::string::npos || dot == 0) return;
-    stem = name.substr(0, dot);
-    extension = name.substr(dot + 1);
-}
+    : path(absolute_path),
+      folder(folder_of(absolute_path)),
+      name(name_of(absolute_path)),
+      stem(without_extension(name)),
+      extension(extension_of(name)) {}
 
 bool Candidate::open() {
     input = open_for_reading(path);

@@ -58,11 +58,6 @@ bool agreed(const char* caption, const char* text) {
 
 // ------------------------------------------------------------------------------------------------------ the output's name
 
-std::string without_extension(const std::string& name) {
-    const size_t dot = name.find_last_of('.');
-    return dot == std::string::npos || dot == 0 ? name : name.substr(0, dot);
-}
-
 // Names that every experiment's data have.
 bool says_nothing(const std::string& name) {
     static constexpr const char* names[] = {"fid", "ser", "1r", "1i", "2rr", "2ri", "2ir", "2ii", "3rrr", "phasefile", "d", "data"};

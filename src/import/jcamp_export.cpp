@@ -125,7 +125,7 @@ bool open_whole_data(WholeData& data) {
 }
 
 bool write_binary(WholeData& data, const DataSummary& summary, ReplacedFile& out) {
-    if (!out.write(encode_dxb_header(data.record, summary, false, true))) return false;
+    if (!out.write(encode_dxb_header(data.record, summary, true))) return false;
     const NativeForm form{3, ByteOrder::little};
     return data.each([&](std::span<const Complex> slice) { return write_native_slice(out, form, slice); });
 }

@@ -53,25 +53,10 @@ Outcome delete_file(Arguments& args) {
     return Outcome::done;
 }
 
-// spec.009 becomes spec.010, run7.txt run8.txt, run.txt run1.txt.
+// The next name of a series; one without a number begins it: run.txt becomes run1.txt.
 std::string incremented(const std::string& path) {
-    const std::string name = name_of(path);
-    size_t dot = name.find_last_of('.');
-    if (dot == std::string::npos || dot == 0) dot = name.size();
-    const auto digit = [&](size_t i) { return name[i] >= '0' && name[i] <= '9'; };
-    size_t end = name.size();
-    if (dot + 1 >= name.size() || !digit(name.size() - 1)) {
-        for (end = dot; end > 0 && !digit(end - 1);) --end;
-        if (end == 0) return path.substr(0, path.size() - name.size() + dot) + "1" + name.substr(dot);
-    }
-    std::string text = name;
-    size_t at = end;
-    while (at > 0 && digit(at - 1) && text[at - 1] == '9') text[--at] = '0';
-    if (at > 0 && digit(at - 1))
-        ++text[at - 1];
-    else
-        text.insert(at, "1");
-    return path.substr(0, path.size() - name.size()) + text;
+    const std::string next = next_in_series(path), stem = without_extension(path);
+    return next.empty() ? stem + "1" + path.substr(stem.size()) : next;
 }
 
 template <const char* const& keyword>

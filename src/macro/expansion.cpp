@@ -24,12 +24,6 @@ std::string name_or(std::string_view keyword, const std::string& open_file) {
     return set.empty() ? open_file : set;
 }
 
-std::string name_without_extension(const std::string& path) {
-    const std::string name = name_of(path);
-    const size_t dot = name.find_last_of('.');
-    return dot == std::string::npos || dot == 0 ? name : name.substr(0, dot);
-}
-
 struct Word {
     std::string_view name;
     std::string (*value)(const LineContext& context);
@@ -50,7 +44,7 @@ constexpr Word words[] = {
     {"RESULT", [](const LineContext&) { return std::to_string(session.last_result); }},
     {"LINE", [](const LineContext& context) { return std::to_string(context.line); }},
     {"FILE", [](const LineContext& context) { return context.file; }},
-    {"NAME", [](const LineContext& context) { return name_without_extension(context.file); }},
+    {"NAME", [](const LineContext& context) { return name_of(without_extension(context.file)); }},
 };
 
 // {INT 3}: the value of the third integral, from 1.

@@ -7,6 +7,7 @@
 #include "common/numbers.h"
 #include "common/text.h"
 #include "config/paths.h"
+#include "datafile/arrayed.h"
 #include "macro/stepper.h"
 #include "platform/platform.h"
 
@@ -110,25 +111,19 @@ void add_magnitude(Lines& lines, const DataRecord& data) {
     lines.push_back("MC");
 }
 
-const char* mode_of(const DataRecord& data) {
-    if (data.process_type == "2D_MAGNITUDE") return "complex";
-    if (data.process_type == "3D_GENERIC") return "3D";
-    if (data.process_type == "4D_GENERIC") return "4D";
-    return data.process_type == "1D" ? "complex" : "pairwise";
-}
-
 }  // namespace
 
 std::vector<std::string> processing_lines(const DataRecord& data) {
     Lines lines;
     if (data.dims[0].frequency) return lines;
-    const std::string mode = mode_of(data);
-    if (data.all_slices() > 1 && data.level == 0) lines.push_back("AR " + mode);
+    static constexpr const char* words[] = {"off", "complex", "pairwise", "3D", "4D"};
+    const ArrayedLevel level = level_of_type(data.process_type);
+    if (data.all_slices() > 1 && data.level == non_arrayed) lines.push_back(std::string("AR ") + words[level]);
     // Of two widths that contradict one another the one in ppm is what the axis was set up with.
     if (data.other_sw2 > 0) lines.push_back("SW2 " + number(data.other_sw2));
     if (data.process_type == "1D")
         add_dimension_1(lines, data, data.all_slices() > 1, true);
-    else if (mode == "pairwise")
+    else if (level == pairwise_arrayed)
         add_pairs(lines, data);
     else
         add_magnitude(lines, data);
@@ -140,6 +135,9 @@ int cmd_process(Arguments& args) {
     if (!show.loaded) return show_reply("Process or AutoProcess [?]");
     const Lines lines = processing_lines(show);
     if (lines.empty()) return refuse("Process begins with FIDs: these data are a spectrum along dimension 1.");
+    if (show.level != non_arrayed && show.level != level_of_type(show.process_type))
+        return refuse(format_text("Process of %s data works in another Arrayed mode.\nLeave this one with AR off.",
+                                  show.process_type.c_str()));
     std::string text = "ZOLTMACRO\r\n";
     for (const std::string& line : lines) text += line + "\r\n";
     if (listed) return show_reply(text);

@@ -21,6 +21,11 @@ int refuse(std::string_view text, std::string_view caption) {
     return 0;
 }
 
+bool fail(std::string_view text) {
+    refuse(text);
+    return false;
+}
+
 int show_reply(std::string_view text) {
     platform().reply(text);
     return 2;

@@ -57,6 +57,9 @@ void set_platform(Platform* front_end);
 /// `return refuse(...)`.
 int refuse(std::string_view text, std::string_view caption = "ZOLT");
 
+/// The same for functions that say by a flag whether they have worked: false.
+bool fail(std::string_view text);
+
 /// A line in the command reply line; returns 2 (done, own result shown).
 int show_reply(std::string_view text);
 

@@ -61,6 +61,12 @@ std::optional<Along> along_or_refuse(int dimension, const char* name) {
     return along;
 }
 
+std::optional<size_t> points_along(int dimension, const char* name) {
+    if (dimension == 1) return show.store.points();
+    const auto along = along_or_refuse(dimension, name);
+    return along ? std::optional(along->length) : std::nullopt;
+}
+
 int weigh_dimension(int dimension, const Weights& weights, const char* name, const std::string& memory) {
     Buffer<float> table;
     bool done = false;

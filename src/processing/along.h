@@ -7,6 +7,7 @@
 #include <string>
 
 #include "common/buffer.h"
+#include "platform/platform.h"
 #include "state/columns.h"
 #include "state/dataset.h"
 
@@ -32,11 +33,23 @@ void scale(std::span<Complex> x, float factor);
 /// "<name> in 2nd dimension not supported in Arrayed mode level %d".
 std::optional<Along> along_or_refuse(int dimension, const char* name);
 
+/// Points along a dimension (1 to 4) of the vectors in memory; nothing after the same message.
+std::optional<size_t> points_along(int dimension, const char* name);
+
 /// Multiplies by the weights along a dimension (1 to 4). `name` is the command's, for its refusals; `memory` the message
 /// when there is no room for the weights. 1 when done.
 int weigh_dimension(int dimension, const Weights& weights, const char* name, const std::string& memory);
 
 /// What a command says that the user has cancelled; returns 0.
 int cancelled(const char* name);
+
+/// Applies a kernel to every vector in memory. 1 when done; 0, with its message, when the user has cancelled.
+template <class Kernel>
+int apply_to_vectors(const char* name, Kernel kernel) {
+    const WaitCursor wait;
+    if (!for_each_vector(show.store, kernel)) return cancelled(name);
+    mark_changed();
+    return 1;
+}
 
 }  // namespace zolt

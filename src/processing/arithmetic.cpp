@@ -1,8 +1,9 @@
-// ZI, ZR, ZN and 21: they ask, then set every point of every vector.
+// MC, M2, and ZI, ZR, ZN and 21, which ask and then set every point of every vector.
 #include "processing/arithmetic.h"
 
 #include <algorithm>
 
+#include "common/vectorised.h"
 #include "platform/platform.h"
 #include "processing/along.h"
 #include "processing/processing_commands.h"
@@ -14,6 +15,29 @@ namespace zolt {
 void rotate_left(std::span<Complex> x, uint64_t amount) {
     if (!x.empty()) std::rotate(x.begin(), x.begin() + static_cast<std::ptrdiff_t>(amount % x.size()), x.end());
 }
+
+namespace {
+
+ZOLT_VECTORISED void magnitude_parts(float* x, size_t n) {
+    for (size_t k = 0; k < n; ++k) {
+        const double re = double{x[2 * k]}, im = double{x[2 * k + 1]};
+        x[2 * k] = static_cast<float>(__builtin_sqrt(re * re + im * im));
+        x[2 * k + 1] = 0;
+    }
+}
+
+ZOLT_VECTORISED void power_parts(float* x, size_t n) {
+    for (size_t k = 0; k < n; ++k) {
+        x[2 * k] = x[2 * k] * x[2 * k] + x[2 * k + 1] * x[2 * k + 1];
+        x[2 * k + 1] = 0;
+    }
+}
+
+}  // namespace
+
+void magnitude(std::span<Complex> x) { magnitude_parts(reinterpret_cast<float*>(x.data()), x.size()); }
+
+void power(std::span<Complex> x) { power_parts(reinterpret_cast<float*>(x.data()), x.size()); }
 
 namespace {
 
@@ -58,6 +82,16 @@ int cmd_zn(Arguments& args) {
 int cmd_21(Arguments& args) {
     return overwrite(args, {"21", "Convert current data to DC offset line with value 1.0?", "Convert To Line"},
                      [](Complex) { return Complex(1, 1); });
+}
+
+int cmd_mc(Arguments& args) {
+    if (args.ask_usage()) return show_reply("  - USAGE:  MC");
+    return apply_to_vectors("MC", magnitude);
+}
+
+int cmd_m2(Arguments& args) {
+    if (args.ask_usage()) return show_reply("  - USAGE:  M2");
+    return apply_to_vectors("M2", power);
 }
 
 }  // namespace zolt

@@ -14,4 +14,8 @@ void rotate_left(std::span<Complex> x, uint64_t amount);
 /// The mean of each block of x.size() / means.size() points.
 void average_blocks(std::span<const Complex> x, std::span<Complex> means);
 
+/// The modulus (its square) as the real part, the imaginary part 0.
+void magnitude(std::span<Complex> x);
+void power(std::span<Complex> x);
+
 }  // namespace zolt

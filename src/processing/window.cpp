@@ -100,14 +100,10 @@ double dwell_time(const Dimension& dimension) {
 namespace {
 
 int weigh_along(int dimension, WindowShape shape, const char* name, float lb) {
-    size_t n = show.store.points();
-    if (dimension > 1) {
-        const auto along = along_or_refuse(dimension, name);
-        if (!along) return 0;
-        n = along->length;
-    }
+    const auto n = points_along(dimension, name);
+    if (!n) return 0;
     const Dimension& weighted = show.dims[static_cast<size_t>(dimension - 1)];
-    const Window window(shape, double{lb}, dwell_time(weighted), n);
+    const Window window(shape, double{lb}, dwell_time(weighted), *n);
     return weigh_dimension(dimension, window, name,
                            format_text("Memory alloction failure for cvdata in do_em_%dD function.", dimension));
 }
@@ -145,14 +141,10 @@ int cmd_gm(Arguments& args) { return weight_command(args, WindowShape::gaussian,
 namespace {
 
 int sine_bell(int dimension, double offset, double end, double power, const char* name) {
-    size_t n = show.store.points();
-    if (dimension > 1) {
-        const auto along = along_or_refuse(dimension, name);
-        if (!along) return 0;
-        n = along->length;
-    }
+    const auto n = points_along(dimension, name);
+    if (!n) return 0;
     const WaitCursor wait;
-    return weigh_dimension(dimension, SineBell(offset, end, power, n), name,
+    return weigh_dimension(dimension, SineBell(offset, end, power, *n), name,
                            format_text("There is no memory for the weights of %s.", name));
 }
 

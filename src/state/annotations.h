@@ -50,8 +50,8 @@ struct DataBuffer {
     bool operator==(const DataBuffer&) const = default;
 };
 
-/// What was done to the data, as the command log has it; lines with CR LF, the last 256 KB of them. Two states of a data
-/// set do not differ by how they came about.
+/// What was done to the data, as the command log has it; lines with CR LF, at least the last 256 KB of them. Two states of a
+/// data set do not differ by how they came about.
 struct History {
     std::string text;
 

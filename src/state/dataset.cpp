@@ -13,7 +13,8 @@ void History::append(std::string_view line) {
     constexpr size_t longest = 256 << 10;
     // An entry must not look like a label of the file around it.
     text += (line.starts_with("##") ? " " : "") + std::string(line) + "\r\n";
-    if (text.size() > longest) text.erase(0, text.find('\n', text.size() - longest) + 1);
+    // Seldom, so that each entry costs its own length.
+    if (text.size() > 2 * longest) text.erase(0, text.find('\n', text.size() - longest) + 1);
 }
 
 DataRecord::DataRecord() {
@@ -45,6 +46,11 @@ void mark_changed() {
     show.changed = true;
     show.display_valid = false;
     show.mark_integrals_stale();
+}
+
+bool has_pairs(std::string_view process_type) {
+    static constexpr std::string_view keys[] = {"2D_TPPI", "2D_HYPERCOMPLEX", "2D_ECHOANTIECHO", "2D_STATESTPPI"};
+    return std::find(std::begin(keys), std::end(keys), process_type) != std::end(keys);
 }
 
 bool is_process_type(std::string_view key) {

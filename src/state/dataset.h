@@ -137,6 +137,9 @@ int CurrentArrayedLevel();
 /// Sets the two marks that every command which alters the data sets: changed, and the display no longer valid.
 void mark_changed();
 
+/// True for the process types whose slices stand in pairs, A and B of one complex point along dimension 2.
+bool has_pairs(std::string_view process_type);
+
 /// True for the process-type keys of multi-dimensional data sets and "1D".
 bool is_process_type(std::string_view key);
 

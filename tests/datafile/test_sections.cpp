@@ -166,6 +166,31 @@ TEST_F(SectionsTest, ReadersTakeWhatOthersWrite) {
     EXPECT_TRUE(show.buffers.empty());
 }
 
+// Sections of very many lines, as only a damaged or malicious file has them, in the order that is worst for
+// a list kept sorted: read with a few looks at each line, in order, and the history cut to its last part.
+TEST_F(SectionsTest, LongSectionsAreReadInOnePass) {
+    constexpr int lines = 60000;
+    std::string text = "INTEGRALS\r\n";
+    for (int i = lines; i > 0; --i) text += format_text("%6d    1.000%6d    1.000%15.6f%3d\r\n", i, i + 3, 1.0, 1);
+    text += "END_INTEGRALS\r\nCMD_LOG\r\n";
+    for (int i = 0; i < 5 * lines; ++i) text += "a\r\n";
+    text += "the last\r\nEND_CMD_LOG\r\n";
+    DataRecord data;
+    read_tailer(text, data);
+    ASSERT_EQ(data.integrals.size(), size_t{lines});
+    EXPECT_EQ(data.integrals.front().start, 1);
+    EXPECT_EQ(data.integrals.back().start, lines);
+    EXPECT_TRUE(data.command_log.text.ends_with("a\r\nthe last\r\n"));
+    EXPECT_LE(data.command_log.text.size(), size_t{600} << 10);
+    // Behind points that describe a buffer, text that begins again and again is given up.
+    write_set("again.nat", {16, 1, 1, 1});
+    std::string bytes = test::read_file(root_.path("again.nat")) + "##$BUFFER=1=pts=3\r\n";
+    for (int i = 0; i < lines; ++i) bytes += "INFORMATION\r\n";
+    root_.write("again.nat", bytes + "END_TAILER\r\n");
+    ASSERT_EQ(run("GA again.nat"), 1);
+    EXPECT_EQ(show.pts1d(), 16);
+}
+
 TEST_F(SectionsTest, UnknownSectionsSurviveARewrittenHeaderAndTheTailerCanBeExported) {
     session.header_type = 2;
     write_set("a.nat", {16, 2, 1, 1}, annotate);

@@ -1,18 +1,15 @@
-// A front end that shows nothing and answers yes.
+// A platform that shows nothing and agrees to nothing: for looking at files, and for programs that have nobody to ask.
 #pragma once
-
-#include <optional>
-#include <string>
-#include <string_view>
 
 #include "platform/platform.h"
 
-namespace zolt::bench {
+namespace zolt {
 
+/// Says nothing, refuses every question, cancels every dialog.
 class SilentPlatform : public Platform {
 public:
     void message(std::string_view, Icon, std::string_view) override {}
-    Answer question(std::string_view, std::string_view, Buttons) override { return Answer::yes; }
+    Answer question(std::string_view, std::string_view, Buttons) override { return Answer::no; }
     std::optional<std::string> file_dialog(FileChoice, std::string_view) override { return std::nullopt; }
     std::optional<std::string> input_box(std::string_view, std::string_view, std::string_view) override { return std::nullopt; }
     std::optional<std::string> process_box(std::string_view, std::string_view) override { return std::nullopt; }
@@ -29,4 +26,17 @@ public:
     void close_requested() override {}
 };
 
-}  // namespace zolt::bench
+/// Puts the silent one in the place of the front end for the life of the object.
+class Silence {
+public:
+    Silence() : before_(platform()) { set_platform(&silent_); }
+    ~Silence() { set_platform(&before_); }
+    Silence(const Silence&) = delete;
+    Silence& operator=(const Silence&) = delete;
+
+private:
+    Platform& before_;
+    SilentPlatform silent_;
+};
+
+}  // namespace zolt
