@@ -16,6 +16,7 @@
 #include "display/view_commands.h"
 #include "import/export.h"
 #include "import/import_commands.h"
+#include "interactive/interactive_commands.h"
 #include "macro/macro_commands.h"
 #include "macro/process.h"
 #include "processing/processing_commands.h"

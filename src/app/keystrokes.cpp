@@ -167,6 +167,14 @@ namespace {
 
 bool is_control(int character) { return character < 32 && character != key_enter && character != key_escape; }
 
+void run_lines_of_routine() {
+    while (!session.lines_of_routine.empty()) {
+        const std::string line = session.lines_of_routine.front();
+        session.lines_of_routine.pop_front();
+        run_line(line, LineSource::user);
+    }
+}
+
 // A sub-routine that is active has every key but control keys and those of macros; Escape still ends what plays.
 bool given_to_sub_routine(int character, LineSource source) {
     const bool ends_playback = character == key_escape && source == LineSource::user && playing_back();
@@ -176,6 +184,7 @@ bool given_to_sub_routine(int character, LineSource source) {
         platform().beep();
         platform().status(0, "Sub-Command not known.");
     }
+    run_lines_of_routine();
     return true;
 }
 
@@ -190,6 +199,13 @@ bool act_on_key(int character, LineSource source) {
 }
 
 }  // namespace
+
+bool handle_mouse(const MouseEvent& event) {
+    if (session.sub_routine == nullptr || session.sub_routine->mouse == nullptr) return false;
+    const bool taken = session.sub_routine->mouse(event);
+    run_lines_of_routine();
+    return taken;
+}
 
 void handle_keystroke(int character, LineSource source) {
     if (given_to_sub_routine(character, source)) return;

@@ -13,7 +13,6 @@ int cmd_setx(Arguments& args);
 int cmd_sety(Arguments& args);
 int cmd_setz(Arguments& args);
 int cmd_xyz(Arguments& args);
-int cmd_zo(Arguments& args);
 
 int store_zoom_region(int number);
 int recall_zoom_region(int number);

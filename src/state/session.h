@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <deque>
 #include <functional>
 #include <map>
 #include <string>
@@ -14,10 +15,11 @@ struct SubRoutine;
 struct Session {
     bool macro_running = false;
     bool link_running = false;
-    bool no_log = false;           ///< set by a handler whose own line is not to be logged
-    bool request_pending = false;  ///< a dialog-like sub-routine waits for its own answer: no line is dispatched
-    const SubRoutine* sub_routine = nullptr;  ///< has taken over the keys; nullptr: they build the command line
-    std::string log_line;          ///< what the log records instead of the typed line, "" for the line itself
+    bool no_log = false;                       ///< set by a handler whose own line is not to be logged
+    bool request_pending = false;              ///< a dialog-like sub-routine waits for its own answer: no line is dispatched
+    const SubRoutine* sub_routine = nullptr;   ///< has taken over the keys; nullptr: they build the command line
+    std::deque<std::string> lines_of_routine;  ///< typed by a sub-routine, to be carried out once its key or gesture is done
+    std::string log_line;                      ///< what the log records instead of the typed line, "" for the line itself
     bool undo_enabled = false;
     int undo_slot = -1;  ///< index of the newest snapshot, -1 before the first
     bool expert = false;

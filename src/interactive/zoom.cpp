@@ -3,9 +3,10 @@
 #include "common/text.h"
 #include "display/view.h"
 #include "display/view_commands.h"
+#include "interactive/interactive_commands.h"
+#include "interactive/routine.h"
 #include "platform/platform.h"
 #include "state/session.h"
-#include "state/sub_routine.h"
 
 namespace zolt {
 
@@ -20,16 +21,11 @@ void zoom_about_middle(double factor) {
 
 void multiply_height(double factor) { view_of(show).height *= factor; }
 
-void leave() {
-    session.sub_routine = nullptr;
-    platform().reply("");
-}
-
 void leave_unchanged() {
     const auto regions = view_of(show).regions;
     view_of(show) = at_entry;
     view_of(show).regions = regions;
-    leave();
+    leave_routine();
 }
 
 // One row, one key.
@@ -49,8 +45,8 @@ constexpr struct {
     {key_down, [] { multiply_height(0.8); }},
     {'F', [] { show_all(show); }},
     {'?', [] {}},
-    {key_enter, leave},
-    {'Q', leave},
+    {key_enter, leave_routine},
+    {'Q', leave_routine},
     {key_escape, leave_unchanged},
 };
 
@@ -83,9 +79,7 @@ int cmd_zo(Arguments& args) {
     if (args.ask_usage()) return show_reply("ZO [from to]");
     if (!args.peek().empty()) return cmd_setx(args);
     at_entry = view_of(show);
-    session.sub_routine = &zoom;
-    platform().reply(zoom.keys);
-    return 2;
+    return enter_routine(zoom);
 }
 
 }  // namespace zolt

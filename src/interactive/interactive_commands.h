@@ -1,0 +1,10 @@
+// The commands that begin a sub-routine; the table in app/commands.cpp has their rows.
+#pragma once
+
+#include "common/arguments.h"
+
+namespace zolt {
+
+int cmd_zo(Arguments& args);
+
+}  // namespace zolt
