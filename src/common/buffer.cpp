@@ -11,6 +11,7 @@ namespace zolt {
 namespace {
 
 constexpr size_t huge_page = size_t{1} << 21;
+constexpr size_t least_kept = size_t{1} << 17;  // bytes; the allocator itself reuses smaller ones
 constexpr size_t most_kept = size_t{512} << 20;  // bytes, all kept blocks together
 
 struct Block {
@@ -20,7 +21,7 @@ struct Block {
 
 // Blocks that were given back. Never destroyed: the end of the program frees everything at once.
 struct Kept {
-    std::array<Block, 4> blocks{};
+    std::array<Block, 8> blocks{};
     size_t bytes = 0;
     std::mutex mutex;
 };
@@ -45,7 +46,7 @@ Block reused(size_t bytes) {
 }  // namespace
 
 void* allocate_block(size_t& bytes) {
-    if (bytes >= huge_page) {
+    if (bytes >= least_kept) {
         const Block block = reused(bytes);
         if (block.data != nullptr) {
             bytes = block.bytes;
@@ -61,7 +62,7 @@ void* allocate_block(size_t& bytes) {
 
 void free_block(void* data, size_t bytes) {
     if (data == nullptr) return;
-    if (bytes >= huge_page && bytes <= most_kept) {
+    if (bytes >= least_kept && bytes <= most_kept) {
         Kept& all = kept();
         const std::lock_guard lock(all.mutex);
         for (Block& block : all.blocks)

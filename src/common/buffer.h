@@ -10,8 +10,8 @@
 
 namespace zolt {
 
-/// A block of at least so many bytes, aligned to 64 (large ones to 2 MiB, on huge pages, and reused); nullptr without
-/// memory. `bytes` becomes what it holds.
+/// A block of at least so many bytes, aligned to 64; those of many pages are reused, large ones lie on huge pages. nullptr
+/// without memory. `bytes` becomes what it holds.
 void* allocate_block(size_t& bytes);
 void free_block(void* data, size_t bytes);
 

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
+#include <thread>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -136,8 +137,12 @@ std::string private_template(const std::string& target) {
     return format_text("%s/%s%d-XXXXXX", folder_of(target).c_str(), private_start, static_cast<int>(::getpid()));
 }
 
-// A private file is locked while its program lives; one with a name that can be locked was left by a killed program.
+// A private file is locked while its program lives; one with a name that can be locked was left by a killed program. Looked
+// for once in a while: a folder may hold very many files.
 void remove_leftovers(const std::string& folder) {
+    static std::string looked_at;
+    if (folder == looked_at) return;
+    looked_at = folder;
     std::error_code error;
     for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
         if (!entry->path().filename().string().starts_with(private_start)) continue;
@@ -221,6 +226,32 @@ bool ReplacedFile::write(const void* from, size_t size) { return file_.write(fro
 
 bool ReplacedFile::seek(uint64_t offset) { return file_.seek(offset); }
 
+namespace {
+
+// Holds on to a large file that is about to be replaced. Its blocks are given back in the background then: that takes
+// longer than the rename itself.
+class ReplacedContent {
+public:
+    explicit ReplacedContent(const std::string& path) {
+        constexpr uint64_t large = 4 << 20;
+        if (file_facts(path).size >= large) descriptor_ = ::open(path.c_str(), O_PATH | O_CLOEXEC | O_NOFOLLOW);
+    }
+    ~ReplacedContent() {
+        if (descriptor_ < 0) return;
+        // One at a time. Never destroyed: the end of the program need not wait for it.
+        static std::thread& giving_back = *new std::thread;
+        if (giving_back.joinable()) giving_back.join();
+        giving_back = std::thread([descriptor = descriptor_] { ::close(descriptor); });
+    }
+    ReplacedContent(const ReplacedContent&) = delete;
+    ReplacedContent& operator=(const ReplacedContent&) = delete;
+
+private:
+    int descriptor_ = -1;
+};
+
+}  // namespace
+
 bool ReplacedFile::put_in_place() {
     if (!file_ || std::fflush(file_.stream()) != 0 || ::fsync(::fileno(file_.stream())) != 0) return failed();
     if (private_name_.empty()) {
@@ -229,6 +260,7 @@ bool ReplacedFile::put_in_place() {
         if (!link_under_new_name(::fileno(file_.stream()), target_, name)) return failed();
         private_name_ = name;
     }
+    const ReplacedContent old(target_);
     if (::rename(private_name_.c_str(), target_.c_str()) != 0) return failed();
     private_name_.clear();
     return true;

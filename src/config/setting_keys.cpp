@@ -73,6 +73,7 @@ const SettingKey keys[] = {
     whole("BYTE_ORDER", "1", 1, 3, "byte order of written data files: 1 Intel order, 2 or 3 big-endian", &session.byte_order),
 
     choice("CALCTYPE", "NATIVE", "NATIVE", "arithmetic of the transforms"),
+    path("FFT_WISDOM", "file of measured plans for the transforms, made by scripts/make-wisdom; plans are estimated without it", &settings.fft_wisdom),
     toggle("BRUKER_FILTER", "TRUE", "FALSE: the transform leaves the group delay of digitally filtered data alone", &settings.bruker_filter),
     toggle("BRUKER_UNIX_BS", "FALSE", "TRUE: the bytes of Bruker data that do not tell their order are swapped"),
     toggle("BRUKER_ASPECT_RI", "FALSE", "TRUE: real and imaginary parts of Aspect data are exchanged on import", &settings.bruker_aspect_ri),

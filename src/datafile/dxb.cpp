@@ -6,6 +6,9 @@
 #include <charconv>
 #include <cmath>
 #include <functional>
+#include <limits>
+#include <utility>
+#include <vector>
 
 #include "common/numbers.h"
 #include "common/text.h"
@@ -13,18 +16,15 @@
 
 namespace zolt {
 
-void DataSummary::add(std::span<const Complex> points) {
-    if (points.empty()) return;
-    if (empty) first = smallest = largest = points.front();
-    empty = false;
-    last = points.back();
+namespace {
+
+// The smallest and largest parts of points; infinities where there is no number.
+std::pair<Complex, Complex> extremes(std::span<const Complex> points) {
     // Several points side by side, each part with its own extremes: what a compiler makes vectors of.
     constexpr size_t lanes = 16;
     std::array<float, lanes> low, high;
-    for (size_t k = 0; k < lanes; ++k) {
-        low[k] = k % 2 == 0 ? smallest.real() : smallest.imag();
-        high[k] = k % 2 == 0 ? largest.real() : largest.imag();
-    }
+    low.fill(std::numeric_limits<float>::infinity());
+    high.fill(-std::numeric_limits<float>::infinity());
     const auto* const parts = reinterpret_cast<const float*>(points.data());
     const size_t count = 2 * points.size();
     const auto take = [&](size_t from, size_t width) {
@@ -40,8 +40,26 @@ void DataSummary::add(std::span<const Complex> points) {
         low[k % 2] = std::min(low[k % 2], low[k]);
         high[k % 2] = std::max(high[k % 2], high[k]);
     }
-    smallest = {low[0], low[1]};
-    largest = {high[0], high[1]};
+    return {{low[0], low[1]}, {high[0], high[1]}};
+}
+
+}  // namespace
+
+void DataSummary::add(std::span<const Complex> points) {
+    if (points.empty()) return;
+    if (empty) first = smallest = largest = points.front();
+    empty = false;
+    last = points.back();
+    constexpr size_t at_once = size_t{1} << 18;
+    const size_t parts = (points.size() + at_once - 1) / at_once;
+    std::vector<std::pair<Complex, Complex>> found(parts);
+#pragma omp parallel for schedule(static) if (parts > 1)
+    for (size_t part = 0; part < parts; ++part)
+        found[part] = extremes(points.subspan(part * at_once, std::min(at_once, points.size() - part * at_once)));
+    for (const auto& [low, high] : found) {
+        smallest = {std::min(smallest.real(), low.real()), std::min(smallest.imag(), low.imag())};
+        largest = {std::max(largest.real(), high.real()), std::max(largest.imag(), high.imag())};
+    }
 }
 
 namespace {

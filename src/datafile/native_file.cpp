@@ -258,14 +258,19 @@ bool write_vectors(File& file, NativeForm form, const VectorStore& store) {
     return true;
 }
 
+// Only the text header tells of the points.
+DataSummary summary_for(NativeForm form, std::span<const Complex> points) {
+    DataSummary summary;
+    if (form.type == 3) summary.add(points);
+    return summary;
+}
+
 }  // namespace
 
 bool write_native_file(File& file, const DataSet& data, NativeLayout& layout) {
-    DataSummary summary;
-    summary.add(data.store.all());
     const NativeForm form = configured_form();
-    return write_native_header(file, form, data, summary, layout) && write_vectors(file, form, data.store) &&
-           write_native_end(file, form, data);
+    return write_native_header(file, form, data, summary_for(form, data.store.all()), layout) &&
+           write_vectors(file, form, data.store) && write_native_end(file, form, data);
 }
 
 DataRecord record_of_level(const DataRecord& data) {
@@ -282,9 +287,8 @@ bool write_MD_file(const std::string& path, const DataSet& data) {
     if (overwrite_refused(path)) return false;
     ReplacedFile file;
     if (!file.open(path)) return write_failed(path, file);
-    DataSummary summary;
-    summary.add(data.store.all());
     const DataRecord record = record_of_level(data);
+    const DataSummary summary = summary_for(form, data.store.all());
     NativeLayout layout;
     if (!write_native_header(file, form, record, summary, layout)) return fail("Could not write header in write_MD_file.");
     if (write_vectors(file, form, data.store) && write_native_end(file, form, record) && file.commit()) return true;
@@ -310,13 +314,12 @@ bool FileWrite(const std::string& path, const DataSet& data) {
     if (overwrite_refused(path)) return false;
     ReplacedFile file;
     if (!file.open(path)) return write_failed(path, file);
-    DataSummary summary;
-    summary.add(data.cvNMRdata());
     DataRecord one_slice = data;
     one_slice.level = 0;
     one_slice = record_of_level(one_slice);
     NativeLayout layout;
     const NativeForm form = configured_form();
+    const DataSummary summary = summary_for(form, data.cvNMRdata());
     if (!write_native_header(file, form, one_slice, summary, layout)) return fail("Could not write header in FileWrite.");
     const bool slice_written = write_native_slice(file, form, data.cvNMRdata());
     if (!slice_written || !write_native_end(file, form, one_slice) || !file.commit())

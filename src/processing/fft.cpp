@@ -12,6 +12,8 @@
 
 #include <fftw3.h>
 
+#include "state/session.h"
+
 namespace zolt {
 
 namespace {
@@ -27,10 +29,22 @@ struct PlanCache {
 // Never destroyed: plans are of use until the very end, and tidying them up would only delay it.
 PlanCache& cache = *new PlanCache;
 
-// ESTIMATE planning reads only the address of the data, never writes to them.
+// Whether there are measured plans, from the file of the configuration; it is read once. One that the library does not
+// take (of another version or machine) is as good as none.
+bool wisdom_at_hand() {
+    static const bool read = !settings.fft_wisdom.empty() && fftwf_import_wisdom_from_filename(settings.fft_wisdom.c_str()) == 1;
+    return read;
+}
+
+// Neither a plan from wisdom nor ESTIMATE planning writes to the data.
 fftwf_plan make_plan(fftwf_complex* data, size_t n, int direction, bool aligned) {
-    return fftwf_plan_dft_1d(static_cast<int>(n), data, data, direction < 0 ? FFTW_FORWARD : FFTW_BACKWARD,
-                             FFTW_ESTIMATE | (aligned ? 0U : FFTW_UNALIGNED));
+    const int sign = direction < 0 ? FFTW_FORWARD : FFTW_BACKWARD;
+    const unsigned alignment = aligned ? 0U : FFTW_UNALIGNED;
+    if (wisdom_at_hand())
+        if (fftwf_plan known =
+                fftwf_plan_dft_1d(static_cast<int>(n), data, data, sign, FFTW_MEASURE | FFTW_WISDOM_ONLY | alignment))
+            return known;
+    return fftwf_plan_dft_1d(static_cast<int>(n), data, data, sign, FFTW_ESTIMATE | alignment);
 }
 
 fftwf_plan plan_for(fftwf_complex* data, size_t n, int direction) {

@@ -41,7 +41,7 @@ struct Settings {
     bool bruker_filter = true;  ///< false: the group delay of digitally filtered data is left alone
     bool ri_on_import = false, bruker_xwin_ri = false, bruker_aspect_ri = false;  ///< imports swap real and imaginary
     double default_pa = 0, default_pb = 0, default_pc = 0;
-    std::string data_dir, import_dir, macro_dir, import_out_dir, zz_file_path;
+    std::string data_dir, import_dir, macro_dir, import_out_dir, zz_file_path, fft_wisdom;
     std::array<std::string, 10> links;  ///< LINK0 to LINK9
     /// Keys without a field above that were set, as text, by name in capitals; setting_text() of config/settings.h reads them.
     std::map<std::string, std::string, std::less<>> values;

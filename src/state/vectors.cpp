@@ -2,11 +2,20 @@
 #include "state/vectors.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 #include "platform/platform.h"
 
 namespace zolt {
+
+namespace {
+
+// The threads of a loop wait asleep for the next one: by default they would spin and take the time of whatever else the
+// machine has to do. The runtime reads this once, before main; the user's own setting goes first.
+[[gnu::constructor(101)]] void wait_asleep() { ::setenv("OMP_WAIT_POLICY", "passive", 0); }
+
+}  // namespace
 
 size_t cancellable_bytes = size_t{512} << 20;
 
