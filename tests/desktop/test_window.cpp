@@ -151,6 +151,25 @@ TEST_F(WindowTest, ASubRoutineHasTheMouse) {
     session.sub_routine = nullptr;
 }
 
+TEST_F(WindowTest, ADragPhases) {
+    load_spectrum();
+    PlotView& view = plot();
+    const auto before = data();
+    type("PH");
+    EXPECT_EQ(view.cursor().shape(), Qt::SizeAllCursor);
+    const QImage untouched = window_.grab().toImage();
+    QTest::mousePress(&view, Qt::LeftButton, {}, {300, 200});
+    for (const int y : {197, 190, 150, 106}) QTest::mouseMove(&view, {302, y});
+    QTest::mouseRelease(&view, Qt::LeftButton, {}, {302, 106});
+    EXPECT_NE(window_.grab().toImage(), untouched);
+    EXPECT_EQ(data(), before);
+    QTest::keyClick(&window_, Qt::Key_Return);
+    EXPECT_EQ(show.dims[0].phase_totals[0], 90);
+    EXPECT_LT(std::abs(data()[5].real() - before[5].imag()), 1e-6);
+    EXPECT_EQ(shown_points(show), std::pair(0.0, 1000.0)) << "no drag of the plot's own";
+    EXPECT_EQ(view.cursor().shape(), Qt::CrossCursor);
+}
+
 TEST_F(WindowTest, MenusTeachCommandsAndGreyWhatCannotBe) {
     EXPECT_GE(window_.menuBar()->actions().size(), 7);
     for (const char* line : {"FT", "GA", "LP", "XYZ FULL"}) ASSERT_NE(action(line), nullptr) << line;
