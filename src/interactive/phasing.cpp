@@ -120,16 +120,19 @@ void move_pivot(double point) {
     phasing.now.pivot = point;
 }
 
+// To the decimal that is shown, so that no "-0.0" appears.
+double to_tenths(double value) { return std::round(value * 10) / 10 + 0.0; }
+
 std::string pivot_text() {
     const Dimension& dimension = show.dims[0];
     const Axis axis = dimension.axis();
     if (!dimension.frequency || axis.sw <= 0) return format_text("Pivot pt = % 4.0f", phasing.now.pivot + 1);
-    return format_text("Pivot pt = % 4.1f %s", axis.ppm(phasing.now.pivot), axis.has_ppm() ? "ppm" : "Hz");
+    return format_text("Pivot pt = % 4.1f %s", to_tenths(axis.ppm(phasing.now.pivot)), axis.has_ppm() ? "ppm" : "Hz");
 }
 
 std::string readout() {
     const auto& [a, b, c] = phasing.now.orders;
-    return format_text("A = % 5.1f   B = % 5.1f   C = % 5.1f   ", a, b, c) + pivot_text();
+    return format_text("A = % 5.1f   B = % 5.1f   C = % 5.1f   ", to_tenths(a), to_tenths(b), to_tenths(c)) + pivot_text();
 }
 
 void show_phase() {
