@@ -19,6 +19,7 @@
 
 #include "app/command_line.h"
 #include "app/info_command.h"
+#include "app/keystrokes.h"
 #include "app/link_player.h"
 #include "app/main_loop.h"
 #include "common/file.h"
@@ -104,6 +105,7 @@ void MainWindow::build_centre() {
     setCentralWidget(whole);
     start_->on_line = [this](const std::string& line) { run(line, true); };
     plot_->on_line = [this](const std::string& line) { run(line); };
+    plot_->on_mouse = [this](const MouseEvent& event) { return give_mouse(event); };
     plot_->on_readout = [this](const std::string& text) { readout_->setText(qt(text)); };
     plot_->is_busy = [this] { return busy_; };
 }
@@ -179,6 +181,18 @@ void MainWindow::run(const std::string& line, bool menu) {
         run_line(line, LineSource::menu);
     busy_ = false;
     pump();  // what the line has posted
+}
+
+bool MainWindow::give_mouse(const MouseEvent& event) {
+    if (busy_ || closed_ || session.sub_routine == nullptr) return false;
+    busy_ = true;
+    platform_.cancelled = false;
+    platform_.turn.start();
+    const bool taken = handle_mouse(event);
+    busy_ = false;
+    // Each step of a drag only moves the picture: the rest of the window follows at its end.
+    if (event.kind != MouseEvent::Kind::drag) pump();
+    return taken;
 }
 
 void MainWindow::press(int key) {
@@ -268,6 +282,7 @@ bool MainWindow::copy_plot() {
 void MainWindow::update_state() {
     centre_->setCurrentWidget(zolt::show.loaded ? static_cast<QWidget*>(plot_) : start_);
     bar_->refresh();
+    plot_->follow_routine();
     level_->setText(zolt::show.loaded ? level_name(zolt::show) : QString());
     const int slices = zolt::show.dims[1].points;
     slice_->setText(slices > 1 ? QString("Slice %1/%2").arg(zolt::show.slice + 1).arg(slices) : QString());

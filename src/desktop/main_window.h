@@ -26,6 +26,7 @@ class CommandBar;
 class HelpWindow;
 class PlotView;
 class StartPage;
+struct MouseEvent;
 
 class MainWindow : public QMainWindow {
 public:
@@ -43,6 +44,9 @@ public:
 
     /// Carries out a line of menu, toolbar, mouse or drop; the rest of a longer list follows when the first is done.
     void run(const std::string& line, bool menu = false);
+
+    /// Gives the mouse to the active sub-routine; false when it has no use for it.
+    bool give_mouse(const MouseEvent& event);
 
     void set_pane(int pane, std::string_view text);
     void set_reply(std::string_view text);

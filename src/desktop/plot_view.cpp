@@ -11,6 +11,7 @@
 #include "desktop/text.h"
 #include "display/view.h"
 #include "display/view_commands.h"
+#include "state/session.h"
 
 namespace zolt {
 
@@ -34,10 +35,14 @@ std::string readout_of(double point, double value) {
 }
 
 // The value of the real part at the point nearest to a place.
-double value_at(double point) {
-    const auto points = zolt::show.cvNMRdata();
+double value_at(std::span<const Complex> points, double point) {
     const auto nearest = static_cast<size_t>(std::clamp(point + 0.5, 0.0, static_cast<double>(points.size()) - 0.5));
     return nearest < points.size() ? static_cast<double>(points[nearest].real()) : 0;
+}
+
+Qt::CursorShape shape_of(Pointer pointer) {
+    constexpr Qt::CursorShape shapes[] = {Qt::CrossCursor, Qt::SizeAllCursor, Qt::SplitHCursor, Qt::SplitVCursor};
+    return shapes[static_cast<size_t>(pointer)];
 }
 
 std::string difference_text(double from, double to) {
@@ -68,6 +73,8 @@ PlotOptions PlotView::options() const {
     wanted.width = width();
     wanted.height = height();
     wanted.columns_per_pixel = devicePixelRatioF();
+    const SubRoutine* routine = session.sub_routine;
+    if (routine != nullptr && routine->preview != nullptr && zolt::show.loaded) wanted.preview = routine->preview();
     return wanted;
 }
 
@@ -82,8 +89,9 @@ void PlotView::draw_picture() {
     const QSize size = this->size() * density;
     if (pixmap_.size() != size) pixmap_ = QPixmap(size);
     pixmap_.setDevicePixelRatio(density);
-    const Picture drawn = plot_1d(zolt::show, options(), cache_);
-    layout_ = plot_layout(zolt::show, options(), cache_);
+    const PlotOptions wanted = options();
+    const Picture drawn = plot_1d(zolt::show, wanted, cache_);
+    layout_ = plot_layout(zolt::show, wanted, cache_);
     QPainter painter(&pixmap_);
     painter.setFont(font());
     paint_picture(painter, drawn, plot_palette());
@@ -103,7 +111,24 @@ void PlotView::paintEvent(QPaintEvent* /*event*/) {
         painter.fillRect(rect(), colour(plot_palette(), Ink::background));
     else
         painter.drawPixmap(rect(), pixmap_);
-    if (!inert()) paint_cursors(painter);
+    if (inert()) return;
+    paint_routine(painter);
+    paint_cursors(painter);
+}
+
+void PlotView::paint_routine(QPainter& painter) {
+    if (session.sub_routine == nullptr || session.sub_routine->draw == nullptr) return;
+    Picture over;
+    over.width = layout_.width;
+    over.height = layout_.height;
+    session.sub_routine->draw(over, layout_);
+    painter.setFont(font());
+    paint_picture(painter, over, plot_palette());
+}
+
+void PlotView::follow_routine() {
+    setCursor(shape_of(session.sub_routine != nullptr ? session.sub_routine->pointer : Pointer::cross));
+    update();
 }
 
 void PlotView::paint_flag(QPainter& painter, double x, double y, const QString& text) {
@@ -131,7 +156,9 @@ void PlotView::paint_cursors(QPainter& painter) {
         upright(layout_.x(*pinned_));
     }
     if (!mouse_ || !in_plot(*mouse_)) return;
-    if (pressed_ && std::abs(mouse_->x() - pressed_->x()) >= drag_distance) {
+    // Where a drag has no place, a crosshair would only stand in the way.
+    if (session.sub_routine != nullptr && session.sub_routine->pointer == Pointer::phase) return;
+    if (pressed_ && owner_ == nullptr && std::abs(mouse_->x() - pressed_->x()) >= drag_distance) {
         const double from = std::min(pressed_->x(), mouse_->x()), to = std::max(pressed_->x(), mouse_->x());
         QColor band = window_colours().accent;
         painter.setPen(QPen(band, 1));
@@ -159,7 +186,36 @@ void PlotView::read_out() {
     if (!on_readout) return;
     if (!mouse_ || inert() || !in_plot(*mouse_)) return on_readout("");
     const double point = layout_.point(mouse_->x());
-    on_readout(readout_of(point, value_at(point)));
+    on_readout(readout_of(point, value_at(drawn_points(zolt::show, options()), point)));
+}
+
+bool PlotView::offer(MouseEvent::Kind kind, const QSinglePointEvent& event, double steps) {
+    const QPointF at = event.position();
+    MouseEvent told;
+    told.kind = kind;
+    told.point = layout_.point(std::clamp(at.x(), layout_.left, layout_.right));
+    told.value = layout_.value(at.y());
+    if (pressed_) {
+        told.right = at.x() - pressed_->x();
+        told.up = pressed_->y() - at.y();
+    }
+    told.width = layout_.right - layout_.left;
+    told.height = layout_.bottom - layout_.top;
+    told.steps = steps;
+    told.shift = event.modifiers().testFlag(Qt::ShiftModifier);
+    told.control = event.modifiers().testFlag(Qt::ControlModifier);
+    return on_mouse && on_mouse(told);
+}
+
+// True for a gesture that a sub-routine has begun with, also when that one has ended meanwhile: the plot must not take up
+// the rest of it.
+bool PlotView::give_gesture(MouseEvent::Kind kind, const QSinglePointEvent& event) {
+    if (owner_ == nullptr) return false;
+    mouse_ = event.position();
+    if (owner_ == session.sub_routine && !inert()) offer(kind, event);
+    read_out();
+    update();
+    return true;
 }
 
 void PlotView::resizeEvent(QResizeEvent* /*event*/) { stale_ = true; }
@@ -167,11 +223,16 @@ void PlotView::resizeEvent(QResizeEvent* /*event*/) { stale_ = true; }
 void PlotView::mousePressEvent(QMouseEvent* event) {
     if (inert()) return;
     if (event->button() == Qt::RightButton) unpin();
-    if (event->button() == Qt::LeftButton) pressed_ = mouse_ = event->position();
+    if (event->button() == Qt::LeftButton) {
+        pressed_ = mouse_ = event->position();
+        const SubRoutine* active = session.sub_routine;
+        owner_ = offer(MouseEvent::Kind::press, *event) ? active : nullptr;
+    }
     update();
 }
 
 void PlotView::mouseMoveEvent(QMouseEvent* event) {
+    if (give_gesture(MouseEvent::Kind::drag, *event)) return;
     mouse_ = event->position();
     if (pressed_) mouse_->setX(std::clamp(mouse_->x(), layout_.left, layout_.right));
     read_out();
@@ -180,6 +241,11 @@ void PlotView::mouseMoveEvent(QMouseEvent* event) {
 
 void PlotView::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !pressed_) return;
+    if (give_gesture(MouseEvent::Kind::release, *event)) {
+        owner_ = nullptr;
+        pressed_.reset();
+        return;
+    }
     const double from = pressed_->x(), to = std::clamp(event->position().x(), layout_.left, layout_.right);
     pressed_.reset();
     if (inert()) return;
@@ -199,7 +265,7 @@ void PlotView::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void PlotView::mouseDoubleClickEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton || inert()) return;
+    if (event->button() != Qt::LeftButton || inert() || offer(MouseEvent::Kind::double_click, *event)) return;
     unpin();
     pressed_.reset();
     on_line("XYZ FULL");
@@ -212,6 +278,7 @@ void PlotView::wheelEvent(QWheelEvent* event) {
     // With Shift some systems turn the wheel sideways.
     const bool scale = event->modifiers().testFlag(Qt::ShiftModifier);
     const double steps = (scale && turned.y() == 0 ? turned.x() : turned.y()) / 120.0;
+    if (offer(MouseEvent::Kind::wheel, *event, steps)) return;
     if (scale) {
         view_of(zolt::show).height = std::clamp(view_of(zolt::show).height * std::pow(1.25, steps), 1e-6, 1e9);
         height_moved_ = true;

@@ -104,7 +104,7 @@ void add_heading(Picture& picture, const DataSet& data, const PlotLayout& layout
 }
 
 void add_traces(Picture& picture, const DataSet& data, const PlotLayout& layout, const PlotOptions& options, PlotCache& cache) {
-    const std::span<const Complex> points = data.cvNMRdata();
+    const std::span<const Complex> points = drawn_points(data, options);
     const double fineness = options.columns_per_pixel > 0 ? std::min(options.columns_per_pixel, 16.0) : 1;
     const double columns = (layout.right - layout.left) * fineness;
     const auto add = [&](Part part, Ink ink) {

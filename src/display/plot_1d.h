@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 
 #include "display/axis_scale.h"
 #include "display/picture.h"
@@ -20,7 +21,13 @@ struct PlotOptions {
     double label_size = 12;  ///< of the axis, pixels
     /// Margins that replace those of the layout, pixels.
     std::optional<double> left = {}, right = {}, top = {}, bottom = {};
+    /// Shown in place of the points of the current vector, which are as many, while their phase is being changed: on a scale
+    /// that no phase alters, with room below the baseline. Empty: the vector's own.
+    std::span<const Complex> preview = {};
 };
+
+/// The points that are drawn: the preview where there is one, else those of the current vector.
+std::span<const Complex> drawn_points(const DataSet& data, const PlotOptions& options);
 
 /// The options that the configuration asks for.
 PlotOptions configured_options();

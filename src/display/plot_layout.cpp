@@ -37,8 +37,7 @@ void place_area(PlotLayout& layout, const PlotOptions& options) {
 }
 
 // The lowest and highest value of what is drawn, 0 among them.
-std::pair<double, double> value_range(const DataSet& data, PlotCache& cache) {
-    const auto points = data.cvNMRdata();
+std::pair<double, double> value_range(const DataSet& data, std::span<const Complex> points, PlotCache& cache) {
     double low = 0, high = 0;
     const auto take = [&](Part part) {
         const Range& all = cache.summary(points, part).all();
@@ -75,12 +74,23 @@ void place_values(PlotLayout& layout, bool spectrum, double low, double high) {
     }
 }
 
+// The tallest peak keeps its height whatever its phase, and what points downward is seen.
+void place_preview(PlotLayout& layout, double magnitude) {
+    layout.zero = layout.bottom * 0.6;
+    layout.per_unit = spread(layout.zero - std::max(layout.bottom * 0.1, layout.top), magnitude);
+}
+
 std::optional<double> margin_setting(const char* key) {
     if (!settings.values.contains(key)) return std::nullopt;
     return setting_number(key);
 }
 
 }  // namespace
+
+std::span<const Complex> drawn_points(const DataSet& data, const PlotOptions& options) {
+    const auto own = data.cvNMRdata();
+    return options.preview.size() == own.size() ? options.preview : own;
+}
 
 PlotLayout plot_layout(const DataSet& data, const PlotOptions& options, PlotCache& cache) {
     const auto side = [](double pixels) { return pixels >= 16 ? std::min(pixels, 65536.0) : 16.0; };  // 16 for NaN, too
@@ -97,8 +107,10 @@ PlotLayout plot_layout(const DataSet& data, const PlotOptions& options, PlotCach
     if (view.range_set) {
         layout.per_unit = spread(layout.bottom - layout.top, view.high - view.low);
         layout.zero = layout.bottom + layout.per_unit * view.low;
+    } else if (const auto points = drawn_points(data, options); points.data() != data.cvNMRdata().data()) {
+        place_preview(layout, static_cast<double>(cache.summary(points, Part::magnitude).all().high));
     } else {
-        const auto [low, high] = value_range(data, cache);
+        const auto [low, high] = value_range(data, points, cache);
         place_values(layout, data.dims[0].frequency, low, high);
     }
     layout.per_unit *= view.height;

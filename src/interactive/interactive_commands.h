@@ -6,5 +6,7 @@
 namespace zolt {
 
 int cmd_zo(Arguments& args);
+int cmd_ph(Arguments& args);
+int cmd_pe(Arguments& args);
 
 }  // namespace zolt

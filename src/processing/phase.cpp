@@ -145,11 +145,11 @@ namespace {
 
 double radians(float angle) { return double{angle} * 6.283185307179586 / 360.0; }
 
+}  // namespace
+
 Rotation rotation_by(const PhaseAngles& degrees, double pivot, size_t n) {
     return {radians(degrees[0]), radians(degrees[1]), radians(degrees[2]), pivot, n};
 }
-
-}  // namespace
 
 int phase_correct(const PhaseAngles& degrees, double pivot, bool update_totals) {
     if (show.level > 3) return refuse(format_text("Phase Correct is not supported with Arrayed mode level %d", show.level));

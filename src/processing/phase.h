@@ -56,6 +56,9 @@ bool rotate_vectors(VectorStore& store, const Rotation& rotation);
 /// Angles of a phase correction in degrees: zero, first and second order.
 using PhaseAngles = std::array<float, 3>;
 
+/// The rotation of n points by angles in degrees.
+Rotation rotation_by(const PhaseAngles& degrees, double pivot, size_t n);
+
 /// Rotates the vectors of the current level about a pivot (in points). With `update_totals` the angles are added to the
 /// totals of dimension 1. 1 when done; at a level without it, 0 with its message and nothing changed.
 int phase_correct(const PhaseAngles& degrees, double pivot, bool update_totals);

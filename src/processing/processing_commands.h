@@ -15,6 +15,8 @@ int cmd_pa(Arguments& args);
 int cmd_pb(Arguments& args);
 int cmd_pc(Arguments& args);
 int cmd_zp(Arguments& args);
+int cmd_pi(Arguments& args);
+int cmd_tp(Arguments& args);
 int cmd_ap(Arguments& args);
 int cmd_bc(Arguments& args);
 int cmd_fb(Arguments& args);

@@ -1,6 +1,10 @@
 // The interactive sub-routine that has taken over the keys and the mouse, while one is active.
 #pragma once
 
+#include <span>
+
+#include "state/vectors.h"
+
 namespace zolt {
 
 struct Picture;
@@ -11,7 +15,7 @@ struct MouseEvent {
     enum class Kind { press, drag, release, double_click, wheel } kind = Kind::press;
     double point = 0, value = 0;   ///< of the current vector, under the mouse
     double right = 0, up = 0;      ///< pixels from where the button went down
-    double width = 1, height = 1;  ///< of the plot, in pixels
+    double width = 1, height = 1;  ///< of the plot, in pixels; from left to right the points that are shown
     double steps = 0;              ///< of the wheel
     bool shift = false, control = false;
 };
@@ -26,11 +30,16 @@ struct SubRoutine {
     const char* keys;     ///< its sub-commands in one line, for the reply line
     /// Carries out one key (a character, Enter, Escape, or a named key of common/keys.h); false for an unknown one.
     bool (*key)(int character);
-    /// False: the plot does what it does outside of sub-routines. nullptr: always so.
+    /// False: the plot does what it does outside of sub-routines. nullptr: always so. A press that is taken brings the drag
+    /// and the release of the same gesture, and nothing else does.
     bool (*mouse)(const MouseEvent& event) = nullptr;
-    /// Adds what only the sub-routine shows, over the plot.
+    /// Adds what only the sub-routine shows, over the plot. The traces are not drawn anew for it, unless the platform has
+    /// been asked for a redraw.
     void (*draw)(Picture& picture, const PlotLayout& layout) = nullptr;
     Pointer pointer = Pointer::cross;
+    /// Points to be shown in place of those of the current vector, as many; valid until it is asked again. The data
+    /// themselves stay as they are, whatever may happen to them meanwhile.
+    std::span<const Complex> (*preview)() = nullptr;
 };
 
 }  // namespace zolt

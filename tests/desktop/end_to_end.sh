@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Real keys and a real mouse on a virtual screen: imports the example, transforms, zooms, saves, quits; then looks at what
-# was saved.   end_to_end.sh ZOLT ZOLT-CLI TREE      77: no virtual screen here
+# Real keys and a real mouse on a virtual screen: imports the example, transforms, phases, zooms, saves, quits; then looks
+# at what was saved.   end_to_end.sh ZOLT ZOLT-CLI TREE      77: no virtual screen here
 set -euo pipefail
 zolt=$1 cli=$2 tree=$3
 command -v Xvfb > /dev/null && command -v xdotool > /dev/null || exit 77
@@ -37,10 +37,23 @@ line "IM \"$tree/examples/strychnine_1h/10\""
 line EM
 line FT
 line PC
+line "PC 40 60"
 line "metafile $folder/whole.svg"
 until_true test -s whole.svg
-# A region from a quarter to three quarters of the plot; nothing in it is 14 ppm.
 eval "$(xdotool getwindowgeometry --shell "$window")"
+# drag RIGHT DOWN: from the middle of the plot, by so many pixels.
+drag() {
+    xdotool mousemove --window "$window" $((WIDTH / 2)) $((HEIGHT / 2)) mousedown 1
+    xdotool mousemove --window "$window" $((WIDTH / 2 + $1 / 2)) $((HEIGHT / 2 + $2 / 2))
+    xdotool mousemove --window "$window" $((WIDTH / 2 + $1)) $((HEIGHT / 2 + $2)) mouseup 1
+}
+# The wrong phases by hand, about the left end; four pixels of a drag only tell that it is one.
+line PH
+xdotool mousemove --window "$window" 26 $((HEIGHT / 2)) click 1
+drag -64 0
+drag 0 44
+xdotool key Return
+# A region from a quarter to three quarters of the plot; nothing in it is 14 ppm.
 xdotool mousemove --window "$window" $((WIDTH / 4)) $((HEIGHT / 2)) mousedown 1
 xdotool mousemove --window "$window" $((WIDTH / 2)) $((HEIGHT / 2)) mousemove --window "$window" $((WIDTH * 3 / 4)) $((HEIGHT / 2)) mouseup 1
 line "metafile $folder/zoomed.svg"
@@ -58,3 +71,10 @@ state=$("$cli" --root "$folder/home" -c "GA $folder/saved.zolt" --json --state |
 for part in '"frequency":1' '"nucleus":"1H"' '"changed":false' '"loaded":true'; do
     [[ $state == *"$part"* ]] || fail "no $part in $state"
 done
+# By hand within two degrees of the stored phases, at both ends.
+totals() { grep -o '"phase_totals":\[[^]]*' | head -n 1 | sed 's/.*\[//'; }
+stored=$("$cli" --root "$folder/home" --yes -c "IM \"$tree/examples/strychnine_1h/10\"" -c FT -c PC --json --state | totals)
+awk -F, -v by_hand="$(totals <<< "$state")" '
+    function off(degrees) { degrees = degrees % 360; return degrees > 180 ? 360 - degrees : degrees < -180 ? -360 - degrees : degrees }
+    { split(by_hand, got); a = off(got[1] - $1); b = off(got[1] - $1 + got[2] - $2); exit a * a > 4 || b * b > 4 }
+' <<< "$stored" || fail "phased to $(totals <<< "$state"), stored are $stored"

@@ -21,6 +21,7 @@
 #include "desktop/plot_view.h"
 #include "desktop/text.h"
 #include "state/session.h"
+#include "state/sub_routine.h"
 #include "support.h"
 
 namespace zolt {
@@ -102,6 +103,70 @@ TEST_F(WindowTest, TheMouseEndsInLines) {
     EXPECT_NEAR(shown_points(show).first, 250, 2) << "a click is no region";
     QTest::mouseDClick(&view, Qt::LeftButton, {}, {from, y});
     EXPECT_EQ(shown_points(show).second, 1000);
+}
+
+std::vector<MouseEvent> seen;
+bool takes_press = true;
+int overlays = 0;
+
+const SubRoutine listener = {"LI",
+                             "",
+                             [](int) { return true; },
+                             [](const MouseEvent& event) {
+                                 seen.push_back(event);
+                                 return takes_press && event.kind != MouseEvent::Kind::wheel;
+                             },
+                             [](Picture&, const PlotLayout&) { ++overlays; },
+                             Pointer::level};
+
+// A gesture belongs to whom its press did, to its end.
+TEST_F(WindowTest, ASubRoutineHasTheMouse) {
+    load_spectrum();
+    PlotView& view = plot();
+    const auto drag = [&](bool left_meanwhile) {
+        session.sub_routine = &listener;
+        seen.clear();
+        QTest::mousePress(&view, Qt::LeftButton, Qt::ShiftModifier, {200, 100});
+        QTest::mouseMove(&view, {230, 90});
+        if (left_meanwhile) session.sub_routine = nullptr;
+        QTest::mouseRelease(&view, Qt::LeftButton, {}, {300, 80});
+        QApplication::processEvents();
+    };
+    drag(false);
+    ASSERT_EQ(seen.size(), 3U);
+    EXPECT_TRUE(seen[0].shift && seen[0].right == 0 && seen[2].right == 100 && seen[2].up == 20);
+    EXPECT_NEAR((seen[2].point - seen[0].point) * seen[0].width, 1000 * 100, 1000);
+    EXPECT_GT(seen[2].value, seen[0].value);
+    EXPECT_GT(overlays, 0);
+    EXPECT_EQ(view.cursor().shape(), Qt::SplitVCursor);
+    drag(true);
+    EXPECT_EQ(seen.size(), 2U);
+    EXPECT_EQ(shown_points(show), std::pair(0.0, 1000.0)) << "the rest of its drag is nobody's";
+    takes_press = false;
+    drag(false);
+    EXPECT_EQ(seen.size(), 1U);
+    EXPECT_GT(shown_points(show).first, 0) << "what it does not want the plot may have";
+    action("FT")->trigger();
+    EXPECT_FALSE(show.changed) << "menus are refused";
+    session.sub_routine = nullptr;
+}
+
+TEST_F(WindowTest, ADragPhases) {
+    load_spectrum();
+    PlotView& view = plot();
+    const auto before = data();
+    type("PH");
+    const QImage untouched = window_.grab().toImage();
+    QTest::mousePress(&view, Qt::LeftButton, {}, {300, 200});
+    QTest::mouseMove(&view, {302, 150});
+    QTest::mouseRelease(&view, Qt::LeftButton, {}, {302, 106});
+    EXPECT_NE(window_.grab().toImage(), untouched);
+    EXPECT_EQ(data(), before);
+    QTest::keyClick(&window_, Qt::Key_Return);
+    EXPECT_EQ(show.dims[0].phase_totals[0], 90);
+    EXPECT_LT(std::abs(data()[5].real() - before[5].imag()), 1e-6);
+    EXPECT_EQ(shown_points(show), std::pair(0.0, 1000.0)) << "no drag of the plot's own";
+    EXPECT_EQ(view.cursor().shape(), Qt::CrossCursor);
 }
 
 TEST_F(WindowTest, MenusTeachCommandsAndGreyWhatCannotBe) {
