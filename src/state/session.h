@@ -7,6 +7,8 @@
 #include <map>
 #include <string>
 
+#include "state/peak_options.h"
+
 namespace zolt {
 
 struct SubRoutine;
@@ -24,6 +26,7 @@ struct Session {
     int undo_slot = -1;  ///< index of the newest snapshot, -1 before the first
     bool expert = false;
     bool log_on = false;
+    PeakOptions peaks;
     int header_type = 3;                ///< configured type of written native files, 1 to 3
     int byte_order = 1;                 ///< of written native files: 1 Intel order, 2 and 3 big-endian
     std::string status_text = "Ready";  ///< shown in pane 0 after a command that worked
