@@ -137,7 +137,9 @@ constexpr MenuItem items[] = {
     {process, "&Transpose…", Item::line, "TD"},
 
     {analyze, "&Peak Picking", Item::line, "DP"},
+    {analyze, "&Minimum Height", Item::line, "MH"},
     {analyze, "Pea&k List", Item::line, "PL"},
+    {analyze, "Cl&ear Peaks", Item::line, "DP clear"},
     {analyze, "", Item::separator},
     {analyze, "&Automatic Integrals", Item::line, "AI", "", "integrals"},
     {analyze, "&List Integrals", Item::line, "ID list"},

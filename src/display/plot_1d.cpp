@@ -133,7 +133,7 @@ Picture plot_1d(const DataSet& data, const PlotOptions& options, PlotCache& cach
     if (!layout.axis.unit.empty()) ticks = ticks_of(layout, options.label_size);
     if (options.grid) add_grid(picture, layout, ticks);
     add_traces(picture, data, layout, options, cache);
-    add_peak_list(picture, layout, data);
+    if (options.preview.empty()) add_peak_list(picture, layout, data);
     if (!layout.axis.unit.empty()) add_axis(picture, layout, ticks, options.label_size);
     if (layout.heading) add_heading(picture, data, layout);
     return picture;
