@@ -3,6 +3,7 @@
 #include "app/commands.h"
 
 #include "analysis/integral_commands.h"
+#include "analysis/summary.h"
 #include "app/app_commands.h"
 #include "app/help.h"
 #include "app/info_command.h"
@@ -74,8 +75,8 @@ constexpr Command keywords[] = {
     planned("BS"), planned("BT"), planned("BU"), planned("BV"), planned("BW"),
     planned("BZ", "fitted baseline correction"),
     planned("C+"), planned("C-"), planned("C0"), planned("C1"), planned("C2"), planned("C3"), planned("C4"), planned("CA"),
-    planned("clipboard", "copies to the clipboard"),
-    planned("CB", "copies to the clipboard"),
+    {"clipboard", cmd_clipboard, plain, "CB or clipboard [picture / text / on / off]", "copies the plot, or the shown points as text; off: lists stay off the clipboard"},
+    {"CB", cmd_clipboard, plain, "CB or clipboard [picture / text / on / off]", "copies the plot, or the shown points as text; off: lists stay off the clipboard"},
     {"CC", cmd_cc, plain, "CC", "completes and closes File C"},
     planned("CD"), planned("CF"), planned("CH"), planned("CL"), planned("CO"), planned("CP"), planned("CR"), planned("CS"),
     planned("CSA"), planned("CT"), planned("CV"), planned("CX"),
@@ -92,9 +93,9 @@ constexpr Command keywords[] = {
     planned("DIR2"), planned("DI"), planned("DIVIDE"), planned("DL"), planned("DM"),
     planned("DP", "peak picking"),
     planned("DR"), planned("DS"),
-    planned("DT", "data table"),
-    planned("DataTable", "data table"),
-    planned("SUMMARY", "data table"),
+    {"DT", cmd_summary, needs_data, "SUMMARY or DT or DataTable [NAME.txt]", "parameters, processing, integrals and peaks as one page of text"},
+    {"DataTable", cmd_summary, needs_data, "SUMMARY or DT or DataTable [NAME.txt]", "parameters, processing, integrals and peaks as one page of text"},
+    {"SUMMARY", cmd_summary, needs_data, "SUMMARY or DT or DataTable [NAME.txt]", "parameters, processing, integrals and peaks as one page of text"},
     planned("DX"),
     {"E1", cmd_e1, needs_data, "E1 [name]", "exports text: header, reals and imaginaries"},
     {"E2", cmd_e2, needs_data, "E2 [name]", "exports text: header"},
@@ -104,7 +105,9 @@ constexpr Command keywords[] = {
     {"E6", cmd_e6, needs_data, "E6 [text] [name]", "exports the whole data set as JCAMP-DXB, or as JCAMP-DX text"},
     planned("EF"), planned("EI"),
     {"EJ", cmd_ej, needs_data | redraws, "EJ [name]", "exports JCAMP-DX"},
-    planned("EliminateDispersion"), planned("ED"), planned("EndDoc"), planned("Ernst"),
+    planned("EliminateDispersion"), planned("ED"),
+    {"EndDoc", cmd_enddoc, plain, "EndDoc [drop]", "writes the document that StartDoc has begun"},
+    planned("Ernst"),
     {"ExpertMode", cmd_expertmode, plain, "ExpertMode <on / off>", "switches the expert mode"},
     planned("EP"), planned("expand"), planned("*2"), planned("Exchange"), planned("exc"),
     {"ExpMult", cmd_em, needs_data | redraws, "EM [2D / 3D / 4D] [LB Value]", "exponential line broadening, in Hz"},
@@ -183,7 +186,7 @@ constexpr Command keywords[] = {
     planned("burg", "maximum entropy"),
     planned("mem", "maximum entropy"),
     planned("ME", "maximum entropy"),
-    {"metafile", cmd_metafile, needs_data, "metafile NAME.svg [width height]", "writes the spectrum as a picture"},
+    {"metafile", cmd_metafile, needs_data, "metafile NAME.svg / .pdf / .png [width height / page [table]] [dpi number]", "writes what is shown, or the printed page, as a picture"},
     planned("MF"),
     planned("MinHt", "threshold of peak picking"),
     planned("MH", "threshold of peak picking"),
@@ -287,7 +290,9 @@ constexpr Command keywords[] = {
     {"W4", cmd_sw<4>, redraws, "SW4 or W4 <value>", "sweep width of dimension 4, in Hz"},
     planned("StackedPlot", "stacked plot"),
     planned("SP", "stacked plot"),
-    planned("Stardate"), planned("StartDoc"), planned("SUBSTITUTE"), planned("SUM"), planned("SU"),
+    planned("Stardate"),
+    {"StartDoc", cmd_startdoc, plain, "StartDoc NAME.pdf", "begins a document: Print adds pages to it, EndDoc writes it"},
+    planned("SUBSTITUTE"), planned("SUM"), planned("SU"),
     planned("SY", "symmetrisation"),
     planned("SZ"), planned("T-"), planned("T+"), planned("T1"), planned("T2"), planned("TA"), planned("TB"), planned("tabs"),
     planned("TC"),
@@ -327,6 +332,7 @@ constexpr Command keywords[] = {
     {"AlternateSign", cmd_alternatesign, needs_data | redraws, "AlternateSign 2D / 3D / 4D", "changes the sign of every other point"},
     {"Reference", cmd_reference, needs_data | redraws, "Reference [2D / 3D / 4D] ppm [at ppm / point n]", "sets the shift of the tallest point, or of the one named"},
     {"TailerExport", cmd_tailerexport, needs_data, "TailerExport", "writes the tailer of File A as a text file (.tlr)"},
+    {"Print", cmd_print, needs_data, "Print [table]", "prints what is shown, with a preview; table: with integrals and peaks"},
     {"Help", cmd_help, plain, "Help [word]", "lists the commands, or tells what one of them does"},
 };
 

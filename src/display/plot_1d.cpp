@@ -71,17 +71,6 @@ std::string joined(std::initializer_list<std::string> parts) {
     return all;
 }
 
-std::string title_of(const DataSet& data) {
-    std::string title = display_line(data.title);
-    if (title.empty()) {
-        // Comments are often fields joined by commas, the last ones empty.
-        std::string comment = display_line(data.comment);
-        comment.resize(comment.find_last_not_of(" ,;") + 1);
-        title = joined({display_line(data.experiment), comment});
-    }
-    return title.empty() ? display_line(name_of(data.file_a)) : title;
-}
-
 std::string details_of(const DataSet& data) {
     const Dimension& dimension = data.dims[0];
     const bool known = dimension.sf > 0 && std::isfinite(dimension.sf);
@@ -118,6 +107,17 @@ void add_traces(Picture& picture, const DataSet& data, const PlotLayout& layout,
 }
 
 }  // namespace
+
+std::string title_of(const DataSet& data) {
+    std::string title = display_line(data.title);
+    if (title.empty()) {
+        // Comments are often fields joined by commas, the last ones empty.
+        std::string comment = display_line(data.comment);
+        comment.resize(comment.find_last_not_of(" ,;") + 1);
+        title = joined({display_line(data.experiment), comment});
+    }
+    return title.empty() ? display_line(name_of(data.file_a)) : title;
+}
 
 Picture plot_1d(const DataSet& data, const PlotOptions& options, PlotCache& cache) {
     const PlotLayout layout = plot_layout(data, options, cache);

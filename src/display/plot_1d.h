@@ -59,4 +59,7 @@ PlotLayout plot_layout(const DataSet& data, const PlotOptions& options, PlotCach
 Picture plot_1d(const DataSet& data, const PlotOptions& options, PlotCache& cache);
 Picture plot_1d(const DataSet& data, const PlotOptions& options);
 
+/// What names the data in one line: their title, else experiment and comment, else their file.
+std::string title_of(const DataSet& data);
+
 }  // namespace zolt

@@ -24,6 +24,7 @@ struct Session {
     int undo_slot = -1;  ///< index of the newest snapshot, -1 before the first
     bool expert = false;
     bool log_on = false;
+    bool fills_clipboard = true;        ///< commands put the lists that they show on the clipboard, too
     int header_type = 3;                ///< configured type of written native files, 1 to 3
     int byte_order = 1;                 ///< of written native files: 1 Intel order, 2 and 3 big-endian
     std::string status_text = "Ready";  ///< shown in pane 0 after a command that worked
