@@ -139,7 +139,7 @@ constexpr Command keywords[] = {
     planned("histogram", "histogram of the data"),
     planned("HI", "histogram of the data"),
     planned("HL"), planned("HT"), planned("HS"), planned("HZPERMM"), planned("IA"), planned("IB"),
-    {"ID", cmd_id, needs_data | redraws, "ID <from> <to> / list / clear / del <n> / scale <n> <value>", "integrals: defines, lists, scales them"},
+    {"ID", cmd_id, needs_data | redraws, "ID [<from> <to> / list / delete <n> / split <position> / move <n> <from> <to> / calibrate <n> <value> / show / hide / sub]", "integrals: with the mouse, or by what is typed"},
     {"IncrementExt", cmd_incrementext, redraws, "IE or IncrementExt [A / B]", "opens the file with the next number as File A or B"},
     {"IE", cmd_incrementext, redraws, "IE or IncrementExt [A / B]", "opens the file with the next number as File A or B"},
     {"IF", cmd_info, views, "IF or info", "information on the data set"},

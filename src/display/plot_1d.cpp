@@ -12,6 +12,7 @@
 #include "common/file.h"
 #include "common/text.h"
 #include "display/lettering.h"
+#include "display/plot_integrals.h"
 #include "display/plot_trace.h"
 #include "display/ticks.h"
 
@@ -132,6 +133,7 @@ Picture plot_1d(const DataSet& data, const PlotOptions& options, PlotCache& cach
     if (!layout.axis.unit.empty()) ticks = ticks_of(layout, options.label_size);
     if (options.grid) add_grid(picture, layout, ticks);
     add_traces(picture, data, layout, options, cache);
+    add_integrals(picture, layout, data, options);
     if (!layout.axis.unit.empty()) add_axis(picture, layout, ticks, options.label_size);
     if (layout.heading) add_heading(picture, data, layout);
     return picture;

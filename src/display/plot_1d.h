@@ -41,6 +41,8 @@ struct PlotLayout {
     AxisScale axis;
     double zero = 0, per_unit = 0;  ///< y = zero - per_unit * intensity
     bool heading = false;
+    double brackets = 0;      ///< y of the brackets of integrals, which open towards the traces; 0: no room for them
+    double values_depth = 0;  ///< pixels from there to the end of their values, upward when negative
 
     double x(double point) const {
         return last > first ? left + (point - first) * (right - left) / (last - first) : (left + right) / 2;

@@ -7,6 +7,7 @@
 #include "config/settings.h"
 #include "display/lettering.h"
 #include "display/plot_1d.h"
+#include "display/plot_integrals.h"
 #include "state/session.h"
 
 namespace zolt {
@@ -17,7 +18,7 @@ constexpr double side_margin = 24, top_margin = 16, heading_bottom = 48;
 constexpr double axis_room = 28;  // from the axis line to the lower edge, besides the size of its labels
 constexpr double least_heading_height = 160, least_axis_height = 96, least_axis_width = 96;
 
-void place_area(PlotLayout& layout, const PlotOptions& options) {
+void place_area(PlotLayout& layout, const DataSet& data, const PlotOptions& options) {
     const double slim = std::min(top_margin, layout.height / 8);
     layout.margin = std::min(side_margin, layout.width / 8);
     layout.left = options.left.value_or(layout.margin);
@@ -31,6 +32,7 @@ void place_area(PlotLayout& layout, const PlotOptions& options) {
         // The unit stands behind the end of the axis.
         if (!options.right) layout.right -= text_width(layout.axis.unit, options.label_size) + 8;
     }
+    reserve_integrals(layout, data, options);
     // Margins of the configuration that leave no room are none.
     if (layout.right - layout.left < 8) layout.left = layout.margin, layout.right = layout.width - layout.margin;
     if (layout.bottom - layout.top < 8) layout.top = 0;
@@ -100,7 +102,7 @@ PlotLayout plot_layout(const DataSet& data, const PlotOptions& options, PlotCach
     layout.axis = axis_scale(data, data.cvNMRdata().size());
     if (layout.width < least_axis_width || layout.height < least_axis_height) layout.axis.unit.clear();
     layout.heading = options.heading && layout.height >= least_heading_height;
-    place_area(layout, options);
+    place_area(layout, data, options);
 
     std::tie(layout.first, layout.last) = shown_points(data);
     const View& view = view_of(data);

@@ -5,6 +5,7 @@
 
 namespace zolt {
 
+int cmd_id(Arguments& args);
 int cmd_zo(Arguments& args);
 int cmd_ph(Arguments& args);
 int cmd_pe(Arguments& args);

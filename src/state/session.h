@@ -23,6 +23,7 @@ struct Session {
     bool undo_enabled = false;
     int undo_slot = -1;  ///< index of the newest snapshot, -1 before the first
     bool expert = false;
+    bool integrals_shown = true;  ///< the plot shows curves and values of the integrals
     bool log_on = false;
     bool fills_clipboard = true;        ///< commands put the lists that they show on the clipboard, too
     int header_type = 3;                ///< configured type of written native files, 1 to 3
