@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "analysis/peak_list.h"
 #include "app/command_line.h"
 #include "app/commands.h"
 #include "app/help.h"
@@ -31,6 +32,7 @@ int run_command(const Command& command, Arguments& args) {
         return refuse(format_text("%s needs a data set.\nOpen one with GA or import one with IM.", command.keyword));
     const int result = command.handler(args);
     refresh_integrals(show);
+    refresh_peaks(show);
     if (result == 1 && (command.flags & redraws) != 0) RedrawDisplay();
     return result;
 }

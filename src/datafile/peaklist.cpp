@@ -29,6 +29,12 @@ double tallest(const DataRecord& data) {
 // Intensity as a share of the tallest peak's, in percent.
 double relative(const Peak& peak, double most) { return most > 0 ? 100 * peak.intensity / most : 0; }
 
+// Two decimals, as the columns have them, unless they would lose a small height.
+std::string height_cell(double height) {
+    const std::string cell = format_text("% 9.2f", height);
+    return std::abs(number_or_zero(cell) - height) <= 1e-3 * std::abs(height) ? cell : format_text("% 9.5g", height);
+}
+
 std::string tail(const Peak& peak) {
     return format_text("   % 9.0f   % 9.0f% 7d  ", peak.offset_x, peak.offset_y, peak.horizontal) + one_line(peak.label) + "\r\n";
 }
@@ -46,11 +52,11 @@ std::string peaklist_section(const DataRecord& data, bool prefixed) {
     for (const Peak& peak : data.peaks) {
         text += mark + format_text("% 3d", ++number);
         if (two)
-            text += format_text("   % 9.3f  % 9.3f  % 9.2f  % 9.2f", axis.ppm(peak.point), axis_2.ppm(peak.point_2), peak.intensity,
-                                peak.area);
+            text += format_text("   % 9.3f  % 9.3f  %s  % 9.2f", axis.ppm(peak.point), axis_2.ppm(peak.point_2),
+                                height_cell(peak.intensity).c_str(), peak.area);
         else
-            text += format_text("   % 9.3f  % 9.3f   % 9.2f  % 9.3f", axis.hz(peak.point), axis.ppm(peak.point), peak.intensity,
-                                relative(peak, most));
+            text += format_text("   % 9.3f  % 9.3f   %s  % 9.3f", axis.hz(peak.point), axis.ppm(peak.point),
+                                height_cell(peak.intensity).c_str(), relative(peak, most));
         text += tail(peak);
     }
     return text + prefix + "END_PEAKLIST\r\n";

@@ -101,6 +101,7 @@ bool set_sliceA(int64_t k) {
     }
     show.display_valid = false;
     show.mark_integrals_stale();
+    show.mark_peaks_stale(PeaksStale::heights);
     return true;
 }
 

@@ -13,6 +13,7 @@
 #include "common/text.h"
 #include "display/lettering.h"
 #include "display/plot_integrals.h"
+#include "display/plot_peaks.h"
 #include "display/plot_trace.h"
 #include "display/ticks.h"
 
@@ -134,6 +135,7 @@ Picture plot_1d(const DataSet& data, const PlotOptions& options, PlotCache& cach
     if (options.grid) add_grid(picture, layout, ticks);
     add_traces(picture, data, layout, options, cache);
     add_integrals(picture, layout, data, options);
+    add_peak_list(picture, layout, data);
     if (!layout.axis.unit.empty()) add_axis(picture, layout, ticks, options.label_size);
     if (layout.heading) add_heading(picture, data, layout);
     return picture;

@@ -39,6 +39,7 @@ struct PlotLayout {
     double margin = 0;                                ///< at both sides of the heading
     double first = 0, last = 0;                       ///< points at left and right
     AxisScale axis;
+    double ceiling = 0;             ///< the traces end here; above 0 where peak labels stand over them
     double zero = 0, per_unit = 0;  ///< y = zero - per_unit * intensity
     bool heading = false;
     double brackets = 0;      ///< y of the brackets of integrals, which open towards the traces; 0: no room for them

@@ -8,6 +8,7 @@
 #include "display/lettering.h"
 #include "display/plot_1d.h"
 #include "display/plot_integrals.h"
+#include "display/plot_peaks.h"
 #include "state/session.h"
 
 namespace zolt {
@@ -103,6 +104,8 @@ PlotLayout plot_layout(const DataSet& data, const PlotOptions& options, PlotCach
     if (layout.width < least_axis_width || layout.height < least_axis_height) layout.axis.unit.clear();
     layout.heading = options.heading && layout.height >= least_heading_height;
     place_area(layout, data, options);
+
+    if (const double room = peak_label_room(data, layout); room > 0) layout.ceiling = layout.top += room;
 
     std::tie(layout.first, layout.last) = shown_points(data);
     const View& view = view_of(data);

@@ -15,7 +15,8 @@ constexpr double dot_width = 3;
 // Draws a line that stays between two heights: where it leaves them it ends, where it comes back a new one begins.
 class Pen {
 public:
-    Pen(Picture& picture, Ink ink, double width, double bottom) : picture_(picture), ink_(ink), width_(width), bottom_(bottom) {}
+    Pen(Picture& picture, Ink ink, double width, double top, double bottom)
+        : picture_(picture), ink_(ink), width_(width), top_(top), bottom_(bottom) {}
 
     void draw_to(Point to) {
         if (!down_) {
@@ -32,13 +33,13 @@ public:
     }
 
 private:
-    bool inside(Point p) const { return p.y >= 0 && p.y <= bottom_; }
+    bool inside(Point p) const { return p.y >= top_ && p.y <= bottom_; }
 
     void draw_segment(Point from, Point to) {
         if (inside(from) && inside(to)) return line_.push_back(to);
         const auto crossing = [&](double y) { return Point{from.x + (to.x - from.x) * (y - from.y) / (to.y - from.y), y}; };
-        const auto clipped = [&](Point p) { return inside(p) ? p : crossing(p.y < 0 ? 0 : bottom_); };
-        if (std::max(from.y, to.y) < 0 || std::min(from.y, to.y) > bottom_) return;
+        const auto clipped = [&](Point p) { return inside(p) ? p : crossing(p.y < top_ ? top_ : bottom_); };
+        if (std::max(from.y, to.y) < top_ || std::min(from.y, to.y) > bottom_) return;
         if (!inside(from)) line_.push_back(clipped(from));
         line_.push_back(clipped(to));
         if (!inside(to)) finish_line();
@@ -53,7 +54,7 @@ private:
 
     Picture& picture_;
     Ink ink_;
-    double width_, bottom_;
+    double width_, top_, bottom_;
     std::vector<Point> line_;
     Point last_;
     bool down_ = false;
@@ -86,7 +87,7 @@ void add_trace(Picture& picture, const PlotLayout& layout, const TraceSummary& s
     if (count == 0) return;
     // Whole points of the region; where it ends between two, the line ends there, too.
     const auto begin = static_cast<size_t>(std::ceil(layout.first)), end = std::min(static_cast<size_t>(layout.last) + 1, count);
-    Pen pen(picture, ink, pen_width, layout.bottom);
+    Pen pen(picture, ink, pen_width, layout.ceiling, layout.bottom);
     const auto draw_cut = [&](double place) {
         const double value = value_between(summary, place);
         if (std::isfinite(value)) pen.draw_to({layout.x(place), layout.y(value)});
@@ -116,7 +117,7 @@ void add_dots(Picture& picture, const PlotLayout& layout, const TraceSummary& su
     const auto end = std::min(static_cast<size_t>(layout.last) + 1, count);
     for (auto i = static_cast<size_t>(std::ceil(layout.first)); i < end; ++i) {
         const Point at{layout.x(static_cast<double>(i)), layout.y(static_cast<double>(summary.value(i)))};
-        if (at.y >= 0 && at.y <= layout.bottom) picture.records.emplace_back(Stroke{{at, at}, ink, dot_width + 0.5, true});
+        if (at.y >= layout.ceiling && at.y <= layout.bottom) picture.records.emplace_back(Stroke{{at, at}, ink, dot_width + 0.5, true});
     }
 }
 

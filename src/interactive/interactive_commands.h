@@ -10,4 +10,15 @@ int cmd_zo(Arguments& args);
 int cmd_ph(Arguments& args);
 int cmd_pe(Arguments& args);
 
+/// DP: picks peaks, and edits the list.
+int cmd_dp(Arguments& args);
+/// MH: the minimum height of peaks; alone it is set with the mouse.
+int cmd_mh(Arguments& args);
+int enter_peak_picking();
+/// PL, ZL: the peak list, and that of what is shown.
+int cmd_pl(Arguments& args);
+int cmd_zl(Arguments& args);
+/// NF: signal to noise.
+int cmd_nf(Arguments& args);
+
 }  // namespace zolt

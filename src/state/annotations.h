@@ -27,6 +27,17 @@ struct Peak {
     bool operator==(const Peak&) const = default;
 };
 
+/// The axis that the peak list belongs to; 0 points: not noted yet, as when the list was read from a file.
+struct PeakOrigin {
+    int32_t points = 0;
+    bool frequency = false;
+    float sf = 0, sw = 0, offset = 0;
+    bool operator==(const PeakOrigin&) const = default;
+};
+
+/// What of the peak list no longer is that of the data: its heights, after another slice was selected, or everything.
+enum class PeaksStale { no, heights, points };
+
 /// A drawing of a file of its own, placed on the plot.
 struct MetaObject {
     std::string file;

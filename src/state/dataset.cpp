@@ -46,6 +46,7 @@ void mark_changed() {
     show.changed = true;
     show.display_valid = false;
     show.mark_integrals_stale();
+    show.mark_peaks_stale(PeaksStale::points);
 }
 
 bool has_pairs(std::string_view process_type) {

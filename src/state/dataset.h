@@ -97,7 +97,9 @@ struct DataRecord {
     std::vector<Integral> sub_integrals;  ///< a second list, for the clipboard
     Dimension integral_grid;              ///< dimension 1 as the limits know it; without points: as it is
     bool integrals_stale = false;         ///< the data have changed since the values were computed
-    std::vector<Peak> peaks;
+    std::vector<Peak> peaks;  ///< in order of their points
+    PeakOrigin peak_origin;
+    PeaksStale peaks_stale = PeaksStale::no;
     std::vector<MetaObject> meta_objects;
     std::vector<DataBuffer> buffers;  ///< in order of their numbers
     History command_log;
@@ -106,6 +108,10 @@ struct DataRecord {
     int32_t pts1d() const { return dims[0].points; }
     /// The values of the integrals no longer are those of the data.
     void mark_integrals_stale() { integrals_stale = !integrals.empty() || !sub_integrals.empty(); }
+    /// The peaks no longer are those of the current vector.
+    void mark_peaks_stale(PeaksStale what) {
+        if (!peaks.empty() && peaks_stale != PeaksStale::points) peaks_stale = what;
+    }
     /// Slices of all planes and cubes; the largest number where a header promises more than can be counted.
     uint64_t all_slices() const;
     /// The dimension that was recorded directly, which a pending group delay belongs to: dimension 1 until a transposition

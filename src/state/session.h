@@ -7,6 +7,8 @@
 #include <map>
 #include <string>
 
+#include "state/peak_options.h"
+
 namespace zolt {
 
 struct SubRoutine;
@@ -26,6 +28,7 @@ struct Session {
     bool integrals_shown = true;  ///< the plot shows curves and values of the integrals
     bool log_on = false;
     bool fills_clipboard = true;        ///< commands put the lists that they show on the clipboard, too
+    PeakOptions peaks;
     int header_type = 3;                ///< configured type of written native files, 1 to 3
     int byte_order = 1;                 ///< of written native files: 1 Intel order, 2 and 3 big-endian
     std::string status_text = "Ready";  ///< shown in pane 0 after a command that worked
