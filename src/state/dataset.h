@@ -99,6 +99,7 @@ struct DataRecord {
     bool integrals_stale = false;         ///< the data have changed since the values were computed
     std::vector<Peak> peaks;
     std::vector<MetaObject> meta_objects;
+    std::vector<Note> notes;
     std::vector<DataBuffer> buffers;  ///< in order of their numbers
     History command_log;
     CarriedWords words;
