@@ -20,6 +20,7 @@ constexpr const char* view = "&View";
 constexpr const char* axis = "&View/&Axis";
 constexpr const char* store = "&View/&Store Region";
 constexpr const char* recall = "&View/&Recall Region";
+constexpr const char* beside = "&View/O&verlays";
 constexpr const char* look = "&View/Appearan&ce";
 constexpr const char* process = "&Process";
 constexpr const char* values = "&Process/&Values";
@@ -31,6 +32,7 @@ constexpr const char* help = "&Help";
 
 std::string number_text(double value) { return format_text("%.7g", value); }
 std::string broadening() { return number_text(static_cast<double>(show.lb())); }
+std::string empty_text() { return {}; }
 std::string phase_a() { return number_text(static_cast<double>(show.phase[0])); }
 std::string phase_b() { return number_text(static_cast<double>(show.phase[1])); }
 
@@ -40,6 +42,7 @@ constexpr MenuItem items[] = {
     {file, "&Import…", Item::line, "IM", "Ctrl+Shift+O", "import"},
     {file, "Open &Recent", Item::recent},
     {file, "Open File &B…", Item::line, "GB"},
+    {file, "Ex&change File A and B", Item::line, "EXC"},
     {file, "Next E&xtension", Item::line, "IE"},
     {file, "", Item::separator},
     {file, "&Save As…", Item::line, "SA", "Ctrl+S", "save"},
@@ -84,6 +87,19 @@ constexpr MenuItem items[] = {
     {recall, "Region &6", Item::line, "Z6"}, {recall, "Region &7", Item::line, "Z7"}, {recall, "Region &8", Item::line, "Z8"},
     {recall, "Region &9", Item::line, "Z9"},
     {view, "", Item::separator},
+    {beside, "&Keep in Buffer 1", Item::line, "B1"},
+    {beside, "Keep in B&uffer 2", Item::line, "B2"},
+    {beside, "", Item::separator},
+    {beside, "&Show File B", Item::line, "BV show"},
+    {beside, "&Hide File B", Item::line, "BV hide"},
+    {beside, "Scale File B to File &A", Item::line, "BV scale auto"},
+    {beside, "Show Buffer &1", Item::line, "B1 show"},
+    {beside, "Hide Buffer 1", Item::line, "B1 hide"},
+    {beside, "Show Buffer &2", Item::line, "B2 show"},
+    {beside, "Hide Buffer 2", Item::line, "B2 hide"},
+    {beside, "", Item::separator},
+    {beside, "&Close File B", Item::line, "BV clear"},
+    {view, "", Item::separator},
     {view, "Next S&lice", Item::line, "SL +"},
     {view, "Previo&us Slice", Item::line, "SL -"},
     {view, "Next P&lane", Item::line, "Plane +"},
@@ -127,6 +143,7 @@ constexpr MenuItem items[] = {
     {values, "&Line Broadening…", Item::ask, "LB", "", "", "Line broadening, Hz", broadening},
     {values, "Zero-&Order Phase…", Item::ask, "PA", "", "", "Zero-order phase, degrees", phase_a},
     {values, "&First-Order Phase…", Item::ask, "PB", "", "", "First-order phase, degrees", phase_b},
+    {process, "Add or S&ubtract Spectra", Item::line, "AS"},
     {process, "Zero I&maginaries", Item::line, "ZI"},
     {process, "Zero Reals", Item::line, "ZR"},
     {process, "Zero Negatives", Item::line, "ZN"},
@@ -148,6 +165,9 @@ constexpr MenuItem items[] = {
     {analyze, "Sho&w Integrals", Item::line, "ID show"},
     {analyze, "Hid&e Integrals", Item::line, "ID hide"},
     {analyze, "&Clear Integrals", Item::line, "ID clear"},
+    {analyze, "", Item::separator},
+    {analyze, "&Notes", Item::line, "NO"},
+    {analyze, "Add N&ote…", Item::ask, "NO", "", "", "Text of the note", empty_text},
     {analyze, "", Item::separator},
     {analyze, "Line &Fitting", Item::line, "LF"},
     {analyze, "S&ummary", Item::line, "SUMMARY"},

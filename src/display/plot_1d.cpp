@@ -13,6 +13,8 @@
 #include "common/text.h"
 #include "display/lettering.h"
 #include "display/plot_integrals.h"
+#include "display/plot_notes.h"
+#include "display/plot_overlays.h"
 #include "display/plot_peaks.h"
 #include "display/plot_trace.h"
 #include "display/ticks.h"
@@ -133,9 +135,12 @@ Picture plot_1d(const DataSet& data, const PlotOptions& options, PlotCache& cach
     std::vector<Tick> ticks;
     if (!layout.axis.unit.empty()) ticks = ticks_of(layout, options.label_size);
     if (options.grid) add_grid(picture, layout, ticks);
+    add_overlays(picture, layout, data, options, cache);
     add_traces(picture, data, layout, options, cache);
     add_integrals(picture, layout, data, options);
     add_peak_list(picture, layout, data);
+    add_legend(picture, layout, data);
+    add_notes(picture, layout, data);
     if (!layout.axis.unit.empty()) add_axis(picture, layout, ticks, options.label_size);
     if (layout.heading) add_heading(picture, data, layout);
     return picture;

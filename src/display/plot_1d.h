@@ -36,6 +36,7 @@ PlotOptions configured_options();
 struct PlotLayout {
     double width = 0, height = 0;                     ///< of the sheet
     double left = 0, right = 0, top = 0, bottom = 0;  ///< of the traces; the axis stands at the bottom
+    double legend = 0;                                ///< baseline of the legend; 0 for none
     double margin = 0;                                ///< at both sides of the heading
     double first = 0, last = 0;                       ///< points at left and right
     AxisScale axis;

@@ -101,6 +101,7 @@ struct DataRecord {
     PeakOrigin peak_origin;
     PeaksStale peaks_stale = PeaksStale::no;
     std::vector<MetaObject> meta_objects;
+    std::vector<Note> notes;
     std::vector<DataBuffer> buffers;  ///< in order of their numbers
     History command_log;
     CarriedWords words;

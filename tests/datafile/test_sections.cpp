@@ -37,6 +37,7 @@ protected:
             data.peaks.push_back(peak);
         }
         data.meta_objects = {{"/objects/my molecule.mol", 1, 10, 20, 30, 40, 0.5, -0.25, 1.75, 2}};
+        data.notes = {{Note::Unit::ppm, 3.25, -0.5, true, "H-3 = a, b"}, {Note::Unit::seconds, 1e-3, 2.5e6, false, "NOTE END_NOTES"}};
         data.command_log = {"LB 1\r\nFT\r\n"};
         DataBuffer buffer;
         buffer.number = 2;
@@ -73,6 +74,7 @@ TEST_F(SectionsTest, EverythingComesBackInEveryHeaderType) {
                 EXPECT_EQ(show.peaks[i].offset_y, -7);
             }
             EXPECT_EQ(show.meta_objects, want.meta_objects);
+            EXPECT_EQ(show.notes, want.notes);
             EXPECT_EQ(show.command_log.text, want.command_log.text);
             EXPECT_EQ(show.buffers, want.buffers);
             EXPECT_EQ(data(), std::vector<Complex>(points.begin(), points.begin() + 16));
