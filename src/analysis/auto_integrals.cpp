@@ -140,6 +140,66 @@ std::vector<Region> regions_of_tops(const std::vector<double>& signal, double si
     return regions;
 }
 
+double area(const std::vector<double>& signal, int64_t first, int64_t last) {
+    double sum = 0;
+    for (int64_t p = first; p <= last; ++p) sum += signal[static_cast<size_t>(p)];
+    return sum;
+}
+
+// A place where a region may be cut: the lowest point of a gap between two lines.
+struct Gap {
+    int64_t lowest = 0;
+    bool wide = false;  // wider than any coupling
+};
+
+// Gaps between lines of a region that are too wide for most couplings, and so deep that what is beside them hardly overlaps.
+std::vector<Gap> gaps_within(const std::vector<double>& signal, Region region, double height, double hz_per_point) {
+    constexpr double narrow = 18, wide = 25, deep = 0.05;  // Hz; of the lower top beside the gap
+    const auto [first, last] = region;
+    const std::vector<double> part(signal.begin() + first, signal.begin() + last + 1);
+    double tallest = 0;
+    for (const double value : part) tallest = std::max(tallest, value);
+    const auto lines = tops(part, 1, std::max(height, 0.02 * tallest));
+    std::vector<Gap> gaps;
+    for (size_t i = 1; i < lines.size(); ++i) {
+        const double distance = static_cast<double>(lines[i] - lines[i - 1]) * hz_per_point;
+        if (distance < narrow) continue;
+        const auto from = part.begin() + static_cast<std::ptrdiff_t>(lines[i - 1]);
+        const auto lowest = std::min_element(from, part.begin() + static_cast<std::ptrdiff_t>(lines[i]));
+        if (*lowest > deep * std::min(part[lines[i - 1]], part[lines[i]])) continue;
+        gaps.push_back({first + (lowest - part.begin()), distance >= wide});
+    }
+    return gaps;
+}
+
+// Cuts a region at its gaps. Two neighbours of the same area beside a gap that a large coupling can make are one doublet.
+void add_pieces(std::vector<Region>& pieces, const std::vector<double>& signal, Region region, const std::vector<Gap>& gaps) {
+    constexpr double alike = 0.15;
+    int64_t first = region.first;
+    for (size_t i = 0; i < gaps.size(); ++i) {
+        const int64_t end = i + 1 < gaps.size() ? gaps[i + 1].lowest - 1 : region.second;
+        const double left = area(signal, first, gaps[i].lowest - 1), right = area(signal, gaps[i].lowest, end);
+        if (!gaps[i].wide && std::abs(left - right) < alike * std::max(std::abs(left), std::abs(right))) continue;
+        pieces.emplace_back(first, gaps[i].lowest - 1);
+        first = gaps[i].lowest;
+    }
+    pieces.emplace_back(first, region.second);
+}
+
+// Regions without those whose sum the noise explains, or that are next to nothing beside most of the others.
+void drop_trifles(std::vector<Region>& regions, const std::vector<double>& signal, double sigma) {
+    std::vector<double> areas;
+    for (const auto& [first, last] : regions) areas.push_back(std::abs(area(signal, first, last)));
+    std::vector<double> sorted = areas;
+    std::sort(sorted.begin(), sorted.end());
+    const double least = sorted.empty() ? 0 : 0.02 * sorted[sorted.size() / 2];
+    size_t i = 0;
+    std::erase_if(regions, [&](const Region& r) {
+        const double found = areas[i++];
+        return found < least || found < 3 * sigma * std::sqrt(static_cast<double>(r.second - r.first + 1));
+    });
+}
+
 }  // namespace
 
 std::vector<Region> find_regions(std::span<const Complex> spectrum, const Axis& axis, int64_t segments) {
@@ -163,12 +223,12 @@ std::vector<Region> find_regions(std::span<const Complex> spectrum, const Axis& 
         else
             regions.emplace_back(first, last);
     }
-    std::erase_if(regions, [&](const Region& r) {
-        double sum = 0;
-        for (int64_t p = r.first; p <= r.second; ++p) sum += signal[static_cast<size_t>(p)];
-        return std::abs(sum) < 3 * noise.sigma * std::sqrt(static_cast<double>(r.second - r.first + 1));
-    });
-    return regions;
+    const double hz_per_point = std::abs(axis.hz(0) - axis.hz(1));
+    std::vector<Region> pieces;
+    for (const Region& region : regions)
+        add_pieces(pieces, signal, region, gaps_within(signal, region, 6 * noise.sigma, hz_per_point));
+    drop_trifles(pieces, signal, noise.sigma);
+    return pieces;
 }
 
 }  // namespace zolt

@@ -5,8 +5,8 @@
 
 namespace zolt {
 
-/// ID: regions by their limits, lists, scale, sub-integrals.
-int cmd_id(Arguments& args);
+/// ID with arguments: regions by their limits, lists, scale, sub-integrals. Without any it begins the sub-routine.
+int typed_id(Arguments& args);
 /// AI: regions found by the program.
 int cmd_ai(Arguments& args);
 

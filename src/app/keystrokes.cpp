@@ -36,6 +36,7 @@ constexpr struct {
 } control_keys[] = {
     {'A', [] { return step_traces(), true; }},
     {'C', [] { return platform().copy_picture(); }},
+    {'P', [] { return run_line("Print", LineSource::user) != 0; }},
     {'Y', [] { return report_step(redo_step(), "Redo"); }},
     {'Z', [] { return report_step(undo_step(), "Undo"); }},
 };

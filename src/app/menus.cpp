@@ -20,6 +20,7 @@ constexpr const char* view = "&View";
 constexpr const char* axis = "&View/&Axis";
 constexpr const char* store = "&View/&Store Region";
 constexpr const char* recall = "&View/&Recall Region";
+constexpr const char* beside = "&View/O&verlays";
 constexpr const char* look = "&View/Appearan&ce";
 constexpr const char* process = "&Process";
 constexpr const char* values = "&Process/&Values";
@@ -31,6 +32,7 @@ constexpr const char* help = "&Help";
 
 std::string number_text(double value) { return format_text("%.7g", value); }
 std::string broadening() { return number_text(static_cast<double>(show.lb())); }
+std::string empty_text() { return {}; }
 std::string phase_a() { return number_text(static_cast<double>(show.phase[0])); }
 std::string phase_b() { return number_text(static_cast<double>(show.phase[1])); }
 
@@ -40,15 +42,18 @@ constexpr MenuItem items[] = {
     {file, "&Import…", Item::line, "IM", "Ctrl+Shift+O", "import"},
     {file, "Open &Recent", Item::recent},
     {file, "Open File &B…", Item::line, "GB"},
+    {file, "Ex&change File A and B", Item::line, "EXC"},
     {file, "Next E&xtension", Item::line, "IE"},
     {file, "", Item::separator},
     {file, "&Save As…", Item::line, "SA", "Ctrl+S", "save"},
     {file, "Update &Header", Item::line, "UH"},
-    {exports, "&Picture (SVG)…", Item::line, "metafile"},
+    {exports, "&Picture (SVG, PDF, PNG)…", Item::line, "metafile"},
     {exports, "&JCAMP-DX…", Item::line, "EJ"},
     {exports, "JCAMP-DX&B…", Item::line, "E6"},
     {exports, "&Text: ppm and Real Part…", Item::line, "E5"},
     {exports, "Text: Real and I&maginary Parts…", Item::line, "E4"},
+    {file, "", Item::separator},
+    {file, "&Print…", Item::line, "Print", "Ctrl+P"},
     {file, "", Item::separator},
     {file, "I&nformation", Item::line, "info"},
     {file, "", Item::separator},
@@ -58,6 +63,7 @@ constexpr MenuItem items[] = {
     {edit, "&Redo", Item::line, "^Y", "Ctrl+Y", "redo"},
     {edit, "", Item::separator},
     {edit, "&Copy Picture", Item::line, "^C", "Ctrl+C"},
+    {edit, "Copy &Points", Item::line, "CB text"},
     {edit, "", Item::separator},
     {edit, "Read Con&figuration Again", Item::line, "ini"},
     {edit, "Sa&ve Configuration", Item::line, "ini save"},
@@ -80,6 +86,19 @@ constexpr MenuItem items[] = {
     {recall, "Region &3", Item::line, "Z3"}, {recall, "Region &4", Item::line, "Z4"}, {recall, "Region &5", Item::line, "Z5"},
     {recall, "Region &6", Item::line, "Z6"}, {recall, "Region &7", Item::line, "Z7"}, {recall, "Region &8", Item::line, "Z8"},
     {recall, "Region &9", Item::line, "Z9"},
+    {view, "", Item::separator},
+    {beside, "&Keep in Buffer 1", Item::line, "B1"},
+    {beside, "Keep in B&uffer 2", Item::line, "B2"},
+    {beside, "", Item::separator},
+    {beside, "&Show File B", Item::line, "BV show"},
+    {beside, "&Hide File B", Item::line, "BV hide"},
+    {beside, "Scale File B to File &A", Item::line, "BV scale auto"},
+    {beside, "Show Buffer &1", Item::line, "B1 show"},
+    {beside, "Hide Buffer 1", Item::line, "B1 hide"},
+    {beside, "Show Buffer &2", Item::line, "B2 show"},
+    {beside, "Hide Buffer 2", Item::line, "B2 hide"},
+    {beside, "", Item::separator},
+    {beside, "&Close File B", Item::line, "BV clear"},
     {view, "", Item::separator},
     {view, "Next S&lice", Item::line, "SL +"},
     {view, "Previo&us Slice", Item::line, "SL -"},
@@ -124,6 +143,7 @@ constexpr MenuItem items[] = {
     {values, "&Line Broadening…", Item::ask, "LB", "", "", "Line broadening, Hz", broadening},
     {values, "Zero-&Order Phase…", Item::ask, "PA", "", "", "Zero-order phase, degrees", phase_a},
     {values, "&First-Order Phase…", Item::ask, "PB", "", "", "First-order phase, degrees", phase_b},
+    {process, "Add or S&ubtract Spectra", Item::line, "AS"},
     {process, "Zero I&maginaries", Item::line, "ZI"},
     {process, "Zero Reals", Item::line, "ZR"},
     {process, "Zero Negatives", Item::line, "ZN"},
@@ -141,12 +161,18 @@ constexpr MenuItem items[] = {
     {analyze, "Pea&k List", Item::line, "PL"},
     {analyze, "Cl&ear Peaks", Item::line, "DP clear"},
     {analyze, "", Item::separator},
+    {analyze, "&Integrate…", Item::line, "ID"},
     {analyze, "&Automatic Integrals", Item::line, "AI", "", "integrals"},
     {analyze, "&List Integrals", Item::line, "ID list"},
+    {analyze, "Sho&w Integrals", Item::line, "ID show"},
+    {analyze, "Hid&e Integrals", Item::line, "ID hide"},
     {analyze, "&Clear Integrals", Item::line, "ID clear"},
     {analyze, "", Item::separator},
+    {analyze, "&Notes", Item::line, "NO"},
+    {analyze, "Add N&ote…", Item::ask, "NO", "", "", "Text of the note", empty_text},
+    {analyze, "", Item::separator},
     {analyze, "Line &Fitting", Item::line, "LF"},
-    {analyze, "&Data Table", Item::line, "DT"},
+    {analyze, "S&ummary", Item::line, "SUMMARY"},
     {analyze, "&Noise Figure", Item::line, "NF"},
     {analyze, "&Spin Simulation", Item::line, "NS"},
     {analyze, "S&hift Database", Item::line, "JJ"},

@@ -200,6 +200,9 @@ const SettingKey keys[] = {
     toggle("PRINT_BOX", "FALSE", "TRUE: a frame around printed plots"),
     toggle("PRINT_COLOR", "TRUE", "TRUE: print in colours"),
     toggle("PRINT_PARAMETERS", "TRUE", "TRUE: print the parameters beside the plot"),
+    choice("PRINT_PAPER", "A4", "A4 LETTER", "paper of printed pages"),
+    choice("PRINT_ORIENTATION", "LANDSCAPE", "LANDSCAPE PORTRAIT", "their long side lies or stands"),
+    number("PRINT_MARGIN", "15", 0, 100, "their margins, millimetres"),
     number("INSERT_PRINTER_FUDGE", "1", 0.01, 100, "factor of the size of inserts on paper"),
 
     whole("IP_LEVELS", "10", 1, 10, "number of contour levels"),

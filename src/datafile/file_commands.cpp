@@ -94,6 +94,8 @@ int cmd_savefileb(Arguments& args) {
     if (name.empty()) return 0;
     const std::string path = absolute_path(typed_path(name));
     if (!may_replace(path) || !FileWrite(path, show_b)) return 0;
+    show_b.changed = false;
+    if (show_b.all_slices() == 1) show_b.file_a = path;
     show.file_b = path;
     return 1;
 }

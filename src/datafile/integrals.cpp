@@ -22,10 +22,39 @@ void compute(Integral& region, const DataSet& data) {
 
 bool by_position(const Integral& a, const Integral& b) { return a.start < b.start; }
 
-// A limit on a grid of `from` points, moved to the place of the same shift on one of `to` points.
-int32_t moved_limit(int32_t point, int32_t from, int32_t to) {
-    if (from < 2 || to < 2) return 0;
-    return static_cast<int32_t>(std::lround(static_cast<double>(point) * (to - 1) / (from - 1)));
+// New limits for the regions of both lists. What has left the spectrum altogether is dropped.
+template <class Place>
+void move_limits(DataSet& data, Place place) {
+    const double last = data.pts1d() - 1;
+    for (std::vector<Integral>* list : {&data.integrals, &data.sub_integrals}) {
+        std::vector<Integral> moved;
+        for (Integral region : *list) {
+            const auto [low, high] = std::minmax({place(region.start), place(region.end)});
+            if (!(high >= -0.5 && low <= last + 0.5)) continue;
+            region.start = static_cast<int32_t>(std::lround(std::clamp(low, 0.0, last)));
+            region.end = static_cast<int32_t>(std::lround(std::clamp(high, 0.0, last)));
+            moved.push_back(region);
+        }
+        std::stable_sort(moved.begin(), moved.end(), by_position);
+        *list = std::move(moved);
+    }
+}
+
+bool in_points(const Dimension& dimension) { return dimension.axis_unit == unit_points || dimension.axis_unit == unit_none; }
+
+// A new number of points: a spectrum keeps its frequencies (of points that were added or cut away, too).
+void follow_grid(DataSet& data) {
+    const Dimension &from = data.integral_grid, &to = data.dims[0];
+    if (from.points < 1 || (from.points == to.points && from.frequency == to.frequency && from.order == to.order)) return;
+    if (from.frequency != to.frequency || from.order != to.order || from.points < 2 || to.points < 2) {
+        data.integrals.clear();
+        data.sub_integrals.clear();
+        return;
+    }
+    const Axis before = from.axis(), now = to.axis();
+    const bool known = from.sw > 0 && to.sw > 0;
+    const double ratio = (now.points - 1) / (before.points - 1);
+    move_limits(data, [&](double p) { return known ? now.point_of_hz(before.hz(p)) : p * ratio; });
 }
 
 }  // namespace
@@ -33,42 +62,63 @@ int32_t moved_limit(int32_t point, int32_t from, int32_t to) {
 double integral_value(std::span<const Complex> points, const Axis& axis, int64_t start, int64_t end) {
     const auto last = static_cast<int64_t>(points.size()) - 1;
     if (last < 0) return 0;
-    const auto [low, high] = std::minmax(std::clamp<int64_t>(start, 0, last), std::clamp<int64_t>(end, 0, last));
+    const auto [low, high] = std::minmax({std::clamp<int64_t>(start, 0, last), std::clamp<int64_t>(end, 0, last)});
     double sum = 0;
     for (int64_t p = low; p <= high; ++p) sum += double{points[static_cast<size_t>(p)].real()};
     return sum * spacing(axis);
 }
 
-void add_integral(std::vector<Integral>& list, const DataSet& data, int64_t start, int64_t end) {
+void add_integral(std::vector<Integral>& list, DataSet& data, int64_t start, int64_t end, int32_t label) {
+    data.integral_grid = data.dims[0];
     const int64_t last = std::max(data.pts1d() - 1, 0);
     Integral region;
     region.start = static_cast<int32_t>(std::clamp<int64_t>(std::min(start, end), 0, last));
     region.end = static_cast<int32_t>(std::clamp<int64_t>(std::max(start, end), 0, last));
+    region.label = label;
     compute(region, data);
     list.insert(std::upper_bound(list.begin(), list.end(), region, by_position), region);
 }
 
 void refresh_integrals(DataSet& data) {
     if (data.integrals.empty() && data.sub_integrals.empty()) return;
-    const int32_t now = data.pts1d(), before = data.integral_points;
-    for (std::vector<Integral>* list : {&data.integrals, &data.sub_integrals}) {
-        for (Integral& region : *list) {
-            if (before > 0 && before != now) {
-                region.start = moved_limit(region.start, before, now);
-                region.end = moved_limit(region.end, before, now);
-            }
-            if (data.integrals_stale) compute(region, data);
-        }
-    }
-    data.integral_points = now;
+    follow_grid(data);
+    if (data.integrals_stale)
+        for (std::vector<Integral>* list : {&data.integrals, &data.sub_integrals})
+            for (Integral& region : *list) compute(region, data);
+    data.integral_grid = data.dims[0];
     data.integrals_stale = false;
+}
+
+void move_integrals(DataSet& data, int sign, int64_t offset) {
+    move_limits(data, [=](double p) { return sign * p + static_cast<double>(offset); });
+}
+
+void split_integral(std::vector<Integral>& list, DataSet& data, size_t index, int64_t point) {
+    const Integral whole = list[index];
+    list.erase(list.begin() + static_cast<std::ptrdiff_t>(index));
+    add_integral(list, data, whole.start, point - 1, whole.label);
+    add_integral(list, data, point, whole.end);
+}
+
+std::optional<size_t> integral_at(std::span<const Integral> list, int64_t point) {
+    std::optional<size_t> found;
+    int64_t narrowest = INT64_MAX;
+    for (size_t i = 0; i < list.size(); ++i) {
+        // A file may have the limits in either order.
+        const auto [low, high] = std::minmax({int64_t{list[i].start}, int64_t{list[i].end}});
+        if (point < low || point > high || high - low >= narrowest) continue;
+        found = i;
+        narrowest = high - low;
+    }
+    return found;
 }
 
 bool integral_range(const Dimension& dimension, double from, double to, int64_t& start, int64_t& end) {
     const Axis axis = dimension.axis();
     const auto point_of = [&](double position) {
-        const bool points = dimension.axis_unit == unit_points || dimension.axis_unit == unit_none;
-        return points ? position : dimension.axis_unit == unit_hz ? axis.point_of_hz(position) : axis.point_of_ppm(position);
+        return in_points(dimension)             ? position
+               : dimension.axis_unit == unit_hz ? axis.point_of_hz(position)
+                                                : axis.point_of_ppm(position);
     };
     const double limits[] = {point_of(from), point_of(to)};
     const auto outside = [&](double p) { return !(p >= -0.5 && p < axis.points - 0.5); };
@@ -81,12 +131,20 @@ bool integral_range(const Dimension& dimension, double from, double to, int64_t&
     return true;
 }
 
-bool define_integral(std::vector<Integral>& list, DataSet& data, double from, double to) {
+bool define_integral(std::vector<Integral>& list, DataSet& data, double from, double to, int32_t label) {
     int64_t start = 0, end = 0;
     if (!integral_range(data.dims[0], from, to, start, end)) return false;
-    data.integral_points = data.pts1d();
-    add_integral(list, data, start, end);
+    add_integral(list, data, start, end, label);
     return true;
+}
+
+std::string integral_position(const Dimension& dimension, int64_t point) {
+    if (in_points(dimension)) return std::to_string(point);
+    const Axis axis = dimension.axis();
+    const auto value = [&](double p) { return dimension.axis_unit == unit_hz ? axis.hz(p) : axis.ppm(p); };
+    const double step = std::abs(value(0) - value(1));
+    const int decimals = step > 0 ? std::clamp(static_cast<int>(std::ceil(-std::log10(step) - 1e-9)) + 1, 0, 12) : 0;
+    return format_text("%.*f", decimals, value(static_cast<double>(point)));
 }
 
 std::string integrals_section(const DataRecord& data, bool prefixed) {
@@ -154,10 +212,12 @@ void read_integrals_line(std::string_view line, DataRecord& data) {
     Integral region;
     region.start = prefixed ? prefixed_start(fields, data.dims[0].axis()) : as_point(fields[0]);
     region.end = as_point(fields[2]);
-    region.value = static_cast<float>(number_or_zero(fields[4]));
+    // The column holds what is shown: the value times the list's scale.
+    const double scale = data.rel_value != 0 ? double{data.rel_value} : 1;
+    region.value = static_cast<float>(number_or_zero(fields[4]) / scale);
     region.label = fields.size() > 5 ? as_point(fields[5]) : 0;
     data.integrals.push_back(region);
-    data.integral_points = data.pts1d();
+    data.integral_grid = {};
 }
 
 void order_integrals(DataRecord& data) { std::stable_sort(data.integrals.begin(), data.integrals.end(), by_position); }
@@ -165,13 +225,12 @@ void order_integrals(DataRecord& data) { std::stable_sort(data.integrals.begin()
 std::string integral_listing(std::span<const Integral> list, const Dimension& dimension, double scale, ListForm form) {
     const Axis axis = dimension.axis();
     const bool tabs = form == ListForm::tabs;
-    const bool in_points = dimension.axis_unit == unit_points || dimension.axis_unit == unit_none;
     const bool whole = std::all_of(list.begin(), list.end(), [&](const Integral& i) { return double{i.value} * scale >= 100; });
     std::string text = tabs ? "NUMBER\tFROM\tTO\tVALUE\r\n" : "NUMBER         FROM           TO        VALUE            \r\n";
     int number = 0;
     for (const Integral& region : list) {
         text += format_text(tabs ? "%4d\t" : "%6d", ++number);
-        if (in_points) {
+        if (in_points(dimension)) {
             const long from = region.start, to = region.end;
             text += tabs ? format_text("%ld pts\t%ld pts", from, to) : format_text("%9ld pts %9ld pts", from, to);
         } else if (dimension.axis_unit == unit_hz) {
@@ -194,10 +253,9 @@ std::string integral_readout(const DataRecord& data, int64_t point) {
     const Axis axis = data.dims[0].axis();
     const auto p = static_cast<double>(point);
     const std::string place = format_text("PT=% 6ld   % 6.1f Hz   % 6.2f PPM", static_cast<long>(point), axis.hz(p), axis.ppm(p));
-    for (const Integral& region : data.integrals)
-        if (point >= std::min(region.start, region.end) && point <= std::max(region.start, region.end))
-            return format_text("% 9.2f Integral   ", double{region.value} * double{data.rel_value}) + place;
-    return place;
+    const auto held = integral_at(data.integrals, point);
+    if (!held) return place;
+    return format_text("% 9.2f Integral   ", double{data.integrals[*held].value} * double{data.rel_value}) + place;
 }
 
 }  // namespace zolt

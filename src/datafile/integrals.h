@@ -1,6 +1,7 @@
 // Integrals: their values, the ordered list, and the forms in which lists are written and read.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -13,20 +14,34 @@ namespace zolt {
 /// in ppm (in Hz without a spectrometer frequency). Limits outside the data count as their ends.
 double integral_value(std::span<const Complex> points, const Axis& axis, int64_t start, int64_t end);
 
-/// Adds a region (points, in either order) to a list, kept in order of position, with the value that the data have.
-void add_integral(std::vector<Integral>& list, const DataSet& data, int64_t start, int64_t end);
+/// Adds a region (points, in either order) to one of the lists of `data`, kept in order of position, with the value that the
+/// data have.
+void add_integral(std::vector<Integral>& list, DataSet& data, int64_t start, int64_t end, int32_t label = 0);
 
 /// Adds the region between two positions in the axis unit of dimension 1 to a list of the data set. False, after its
 /// message, when it is outside the spectrum.
-bool define_integral(std::vector<Integral>& list, DataSet& data, double from, double to);
+bool define_integral(std::vector<Integral>& list, DataSet& data, double from, double to, int32_t label = 0);
 
-/// Computes every value again from the current vector, if the data have changed since. With another number of points
-/// the limits move along, so that they stay at their shifts.
+/// Computes every value again from the current vector, if the data have changed since. With another number of points the
+/// limits move along, so that they stay at their frequencies; regions that have left the spectrum are dropped, and all of
+/// them when dimension 1 has become another one or changed its domain.
 void refresh_integrals(DataSet& data);
+
+/// For commands that put the points of dimension 1 elsewhere: point p of the lists' limits is now sign * p + offset.
+void move_integrals(DataSet& data, int sign, int64_t offset);
+
+/// Two regions in place of one: up to the point before `point`, and from it. The label stays with the first.
+void split_integral(std::vector<Integral>& list, DataSet& data, size_t index, int64_t point);
+
+/// The region of the list that holds the point, the narrowest of several; nothing without one.
+std::optional<size_t> integral_at(std::span<const Integral> list, int64_t point);
 
 /// The two points between two positions in the axis unit of dimension 1, lower point first. False, after its message,
 /// when one is outside the spectrum.
 bool integral_range(const Dimension& dimension, double from, double to, int64_t& start, int64_t& end);
+
+/// A point in the axis unit of dimension 1, with decimals enough for integral_range to find it again.
+std::string integral_position(const Dimension& dimension, int64_t point);
 
 /// The INTEGRALS section as the tailer has it, or with the prefixes of a JCAMP-DXB header; "" without regions.
 std::string integrals_section(const DataRecord& data, bool prefixed);

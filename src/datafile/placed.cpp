@@ -1,7 +1,8 @@
-// Meta objects and data buffers as lines of text.
+// Meta objects, notes and data buffers as lines of text.
 #include "datafile/placed.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 
 #include "common/numbers.h"
@@ -57,6 +58,47 @@ void read_meta_object_line(std::string_view line, DataRecord& data) {
         else
             *reals[i - first_real] = number_or_zero(fields[i]);
     }
+}
+
+namespace {
+
+// In the order of Note::Unit; then those of y.
+constexpr const char* note_units[] = {"PPM", "HZ", "SECONDS", "POINTS"};
+constexpr const char *share_unit = "SHARE", *intensity_unit = "INTENSITY";
+
+}  // namespace
+
+std::string notes_section(const DataRecord& data, bool prefixed) {
+    if (data.notes.empty()) return {};
+    const std::string mark = prefixed ? "##$" : "";
+    std::string text = mark + "NOTES\r\n";
+    for (const Note& note : data.notes)
+        text += mark +
+                format_text("NOTE=%.10g %s %.10g %s ", note.x, note_units[static_cast<size_t>(note.unit)], note.y,
+                            note.y_is_share ? share_unit : intensity_unit) +
+                one_line(note.text) + "\r\n";
+    return text + mark + "END_NOTES\r\n";
+}
+
+void read_note_line(std::string_view line, DataRecord& data) {
+    constexpr size_t most_notes = 1000;
+    const auto next = [&] {
+        line.remove_prefix(std::min(line.find_first_not_of(" =\t"), line.size()));
+        const std::string_view field = line.substr(0, line.find_first_of(" =\t"));
+        line.remove_prefix(field.size());
+        return field;
+    };
+    if (!same_word(next(), "NOTE") || data.notes.size() >= most_notes) return;
+    Note note;
+    note.x = number_or_zero(next());
+    const std::string_view unit = next();
+    const auto row = std::find_if(std::begin(note_units), std::end(note_units), [&](const char* u) { return same_word(unit, u); });
+    if (row == std::end(note_units)) return;
+    note.unit = static_cast<Note::Unit>(row - std::begin(note_units));
+    note.y = number_or_zero(next());
+    note.y_is_share = !same_word(next(), intensity_unit);
+    note.text = cut(trimmed(line), longest_text);
+    if (!note.text.empty() && std::isfinite(note.x) && std::isfinite(note.y)) data.notes.push_back(std::move(note));
 }
 
 std::string buffer_lines(const DataRecord& data) {
@@ -149,7 +191,10 @@ DataBuffer buffer_of(const DataSet& data, int number, std::string comment) {
     const auto points = data.cvNMRdata();
     buffer.points.assign(points.begin(), points.end());
     const Axis axis = data.dims[0].axis();
+    buffer.nucleus = data.dims[0].nucleus;
+    buffer.color = usual_overlay_colour(number);
     buffer.sf = axis.sf;
+    if (!data.dims[0].frequency) return buffer;
     buffer.start_ppm = axis.ppm(0);
     buffer.end_ppm = axis.ppm(axis.points - 1);
     buffer.ppm_per_point = axis.points > 1 ? (buffer.end_ppm - buffer.start_ppm) / (axis.points - 1) : 0;

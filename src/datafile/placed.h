@@ -1,4 +1,4 @@
-// The sections of meta objects and of data buffers.
+// The sections of meta objects, notes and data buffers.
 #pragma once
 
 #include <string>
@@ -16,6 +16,11 @@ std::string meta_objects_section(const DataRecord& data, MetaForm form);
 /// Takes one line of the section: a file name begins an object, a line of numbers gives it its place. Missing numbers
 /// stay 0.
 void read_meta_object_line(std::string_view line, DataRecord& data);
+
+/// The NOTES section; "" without notes.
+std::string notes_section(const DataRecord& data, bool prefixed);
+/// Takes one line of the section.
+void read_note_line(std::string_view line, DataRecord& data);
 
 /// The lines that describe the data buffers, ##$BUFFER=number=key=value.
 std::string buffer_lines(const DataRecord& data);

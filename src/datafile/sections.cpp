@@ -124,6 +124,8 @@ constexpr Section sections[] = {
      [](const DataRecord& d) { return integrals_section(d, true); }},
     {"MO_LIST", "END_MO_LIST", read_meta_object_line, [](const DataRecord& d) { return meta_objects_section(d, MetaForm::tailer); },
      [](const DataRecord& d) { return meta_objects_section(d, MetaForm::prefixed); }},
+    {"NOTES", "END_NOTES", read_note_line, [](const DataRecord& d) { return notes_section(d, false); },
+     [](const DataRecord& d) { return notes_section(d, true); }},
     {"FID_STATE", "END_FID_STATE", read_fid_state_line, fid_state_section, nullptr},
     {"CMD_LOG", "END_CMD_LOG", read_log_line, log_section, log_section},
 };

@@ -1,10 +1,8 @@
-// TailerExport, and the data buffers that files carry behind their data.
+// TailerExport: the text behind the data as a file of its own.
 #include "common/file.h"
-#include "common/numbers.h"
 #include "common/text.h"
 #include "datafile/file_commands.h"
 #include "datafile/native_file.h"
-#include "datafile/placed.h"
 #include "platform/platform.h"
 #include "state/dataset.h"
 
@@ -27,19 +25,6 @@ int cmd_tailerexport(Arguments& args) {
     if (!output.open(path) || !output.write(tailer) || !output.commit())
         return refuse(format_text("Could not open File: %s", path.c_str()));
     platform().reply(format_text("  - Tailer written to %s", path.c_str()));
-    return 1;
-}
-
-int store_buffer(int number, Arguments& args) {
-    if (args.ask_usage()) return show_reply(format_text("B%d [clear / comment]", number));
-    if (same_word(args.peek(), "clear")) {
-        std::erase_if(show.buffers, [&](const DataBuffer& b) { return b.number == number; });
-        platform().reply(format_text("  - Buffer %d cleared", number));
-        return 1;
-    }
-    const std::string comment(trimmed(args.rest()));
-    set_buffer(show, buffer_of(show, number, comment.empty() ? name_of(show.file_a) : comment));
-    platform().reply(format_text("  - Buffer %d holds %d points", number, show.pts1d()));
     return 1;
 }
 

@@ -32,6 +32,9 @@
 #include "desktop/plot_view.h"
 #include "desktop/start_page.h"
 #include "desktop/text.h"
+#include "display/configured_palette.h"
+#include "display/plot_1d.h"
+#include "display/svg.h"
 #include "state/dataset.h"
 #include "state/session.h"
 
@@ -87,7 +90,10 @@ MainWindow::MainWindow(QtPlatform& platform) : platform_(platform) {
     update_state();
 }
 
-MainWindow::~MainWindow() { platform_.window = nullptr; }
+MainWindow::~MainWindow() {
+    output_->disconnect(this);  // it is hidden when there is no window any more to note that
+    platform_.window = nullptr;
+}
 
 void MainWindow::build_centre() {
     centre_ = new QStackedWidget;
@@ -274,7 +280,16 @@ void MainWindow::show_progress(double fraction) {
 
 bool MainWindow::copy_plot() {
     if (!zolt::show.loaded) return false;
-    QApplication::clipboard()->setPixmap(plot_->picture());
+    // As it is shown, and for those who take drawings, as one.
+    auto* copied = new QMimeData;
+    copied->setImageData(plot_->picture().toImage());
+    PlotOptions options = configured_options();
+    options.width = plot_->width();
+    options.height = plot_->height();
+    options.columns_per_pixel = 2;
+    copied->setData("image/svg+xml",
+                    QByteArray::fromStdString(svg_text(plot_1d(zolt::show, options), configured_palette(light_palette))));
+    QApplication::clipboard()->setMimeData(copied);
     set_reply("  - The plot is on the clipboard.");
     return true;
 }

@@ -54,29 +54,34 @@ void paint_fill(QPainter& painter, const Fill& fill, const Palette& palette) {
     painter.setBrush(Qt::NoBrush);
 }
 
-void paint_text(QPainter& painter, const Text& text, const Palette& palette) {
+void paint_text(QPainter& painter, const Text& text, const Palette& palette, Medium medium) {
+    // In the dots of the paper, of which a pixel has many: letters have sizes of whole dots.
+    const double dots = medium == Medium::paper ? painter.transform().m11() : 1;
     QFont font = painter.font();
-    font.setPixelSize(std::max(1, static_cast<int>(text.size + 0.5)));
+    font.setPixelSize(std::max(1, static_cast<int>(text.size * dots + 0.5)));
+    if (medium == Medium::paper) font.setHintingPreference(QFont::PreferNoHinting);
     font.setBold(text.bold);
     if (text.ink == Ink::axis && settings.values.contains("AXISFONT")) font.setFamily(qt(setting_text("AxisFont")));
     painter.save();
     painter.setFont(font);
-    const bool label = text.ink == Ink::axis && settings.values.contains("AXIS_FONT_COLOR");
+    const bool label = medium == Medium::screen && text.ink == Ink::axis && settings.values.contains("AXIS_FONT_COLOR");
     painter.setPen(label ? QColor(setting_colour("AXIS_FONT_COLOR")) : colour(palette, text.ink));
     painter.translate(text.at.x, text.at.y);
     painter.rotate(-text.angle);
+    painter.scale(1 / dots, 1 / dots);
     const QString words = qt(text.text);
-    const double width = text.anchor == Anchor::start ? 0 : QFontMetricsF(font).horizontalAdvance(words);
+    const double width = text.anchor == Anchor::start ? 0 : QFontMetricsF(font, painter.device()).horizontalAdvance(words);
     painter.drawText(QPointF(text.anchor == Anchor::middle ? -width / 2 : -width, 0), words);
     painter.restore();
 }
 
 }  // namespace
 
-void paint_picture(QPainter& painter, const Picture& picture, const Palette& palette) {
+void paint_picture(QPainter& painter, const Picture& picture, const Palette& palette, Medium medium) {
     const std::span<const PictureRecord> records = picture.records;
     for (size_t i = 0; i < records.size(); ++i) {
-        if (const Stroke* stroke = trace_piece(records[i])) {
+        const Stroke* stroke = medium != Medium::paper ? trace_piece(records[i]) : nullptr;
+        if (stroke != nullptr) {
             size_t end = i + 1;
             while (end < records.size() && continues(*stroke, trace_piece(records[end]))) ++end;
             paint_trace(painter, records.subspan(i, end - i), colour(palette, stroke->ink), stroke->width);
@@ -85,7 +90,7 @@ void paint_picture(QPainter& painter, const Picture& picture, const Palette& pal
             paint_stroke(painter, *stroke, palette);
         }
         if (const Fill* fill = std::get_if<Fill>(&records[i])) paint_fill(painter, *fill, palette);
-        if (const Text* text = std::get_if<Text>(&records[i])) paint_text(painter, *text, palette);
+        if (const Text* text = std::get_if<Text>(&records[i])) paint_text(painter, *text, palette, medium);
     }
 }
 

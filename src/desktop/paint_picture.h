@@ -1,4 +1,4 @@
-// Pictures on the screen: the same records that SVG export writes.
+// Pictures on screen and paper: the same records that SVG export writes.
 #pragma once
 
 #include <QPainter>
@@ -8,6 +8,10 @@
 
 namespace zolt {
 
-void paint_picture(QPainter& painter, const Picture& picture, const Palette& palette);
+/// The screen has its pixels and the configuration's colour of axis labels; an image has pixels, paper lines and letters in
+/// sizes of its dots, and both the colours of the palette alone.
+enum class Medium { screen, image, paper };
+
+void paint_picture(QPainter& painter, const Picture& picture, const Palette& palette, Medium medium = Medium::screen);
 
 }  // namespace zolt

@@ -7,6 +7,8 @@
 #include "desktop/dialogs.h"
 #include "desktop/file_dialogs.h"
 #include "desktop/main_window.h"
+#include "desktop/paint_document.h"
+#include "desktop/print_dialog.h"
 #include "desktop/text.h"
 #include "front/events.h"
 
@@ -89,6 +91,17 @@ void QtPlatform::clipboard(std::string_view text) {
 }
 
 bool QtPlatform::copy_picture() { return window != nullptr && window->copy_plot(); }
+
+std::string QtPlatform::paint_pictures(const std::vector<Picture>& pages, const Palette& palette, PictureFormat format,
+                                       double dots_per_pixel) {
+    return format == PictureFormat::pdf ? pdf_document(pages, palette) : png_file(pages.front(), palette, dots_per_pixel);
+}
+
+bool QtPlatform::print_page(const PageOptions& options) {
+    if (batch || window == nullptr) return false;
+    show_print_preview(window, options);
+    return true;
+}
 
 void QtPlatform::character_posted(int character) {
     if (prints) print_post(character);

@@ -35,6 +35,10 @@ public:
     void redraw() override;
     void clipboard(std::string_view text) override;
     bool copy_picture() override;
+    bool paints_pictures() const override { return true; }
+    std::string paint_pictures(const std::vector<Picture>& pages, const Palette& palette, PictureFormat format,
+                               double dots_per_pixel) override;
+    bool print_page(const PageOptions& options) override;
     void character_posted(int character) override;
     bool message_waiting() override;
     void line_done(std::string_view text, int result, LineSource source) override;

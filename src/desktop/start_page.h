@@ -19,7 +19,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void add_way(const QString& title, const QString& about, const std::string& line);
+    void add_way(const QString& title, const QStringList& about, const std::string& line);
     QVBoxLayout* ways_;
     QVBoxLayout* recent_;
 };

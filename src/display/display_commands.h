@@ -1,4 +1,4 @@
-// Handlers that show or write pictures of the data.
+// Handlers that write, print and copy pictures of the data.
 #pragma once
 
 #include "common/arguments.h"
@@ -6,5 +6,9 @@
 namespace zolt {
 
 int cmd_metafile(Arguments& args);
+int cmd_print(Arguments& args);
+int cmd_startdoc(Arguments& args);
+int cmd_enddoc(Arguments& args);
+int cmd_clipboard(Arguments& args);
 
 }  // namespace zolt

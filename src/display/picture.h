@@ -15,8 +15,24 @@ struct Point {
 enum class Anchor { start, middle, end };
 
 /// What a record is drawn in; a palette maps it to a colour of the appearance in use.
-enum class Ink { background, axis, grid, real_trace, imaginary_trace, integral, peak, cursor, text };
-constexpr int ink_count = static_cast<int>(Ink::text) + 1;
+enum class Ink {
+    background,
+    axis,
+    grid,
+    real_trace,
+    imaginary_trace,
+    integral,
+    peak,
+    cursor,
+    text,
+    overlay_1,  ///< File B; the data buffers B1 to B5 follow
+    overlay_2,
+    overlay_3,
+    overlay_4,
+    overlay_5,
+    overlay_6
+};
+constexpr int ink_count = static_cast<int>(Ink::overlay_6) + 1;
 
 /// An open polyline with round joins.
 struct Stroke {

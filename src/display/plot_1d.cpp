@@ -12,6 +12,9 @@
 #include "common/file.h"
 #include "common/text.h"
 #include "display/lettering.h"
+#include "display/plot_integrals.h"
+#include "display/plot_notes.h"
+#include "display/plot_overlays.h"
 #include "display/plot_peaks.h"
 #include "display/plot_trace.h"
 #include "display/ticks.h"
@@ -72,17 +75,6 @@ std::string joined(std::initializer_list<std::string> parts) {
     return all;
 }
 
-std::string title_of(const DataSet& data) {
-    std::string title = display_line(data.title);
-    if (title.empty()) {
-        // Comments are often fields joined by commas, the last ones empty.
-        std::string comment = display_line(data.comment);
-        comment.resize(comment.find_last_not_of(" ,;") + 1);
-        title = joined({display_line(data.experiment), comment});
-    }
-    return title.empty() ? display_line(name_of(data.file_a)) : title;
-}
-
 std::string details_of(const DataSet& data) {
     const Dimension& dimension = data.dims[0];
     const bool known = dimension.sf > 0 && std::isfinite(dimension.sf);
@@ -120,6 +112,17 @@ void add_traces(Picture& picture, const DataSet& data, const PlotLayout& layout,
 
 }  // namespace
 
+std::string title_of(const DataSet& data) {
+    std::string title = display_line(data.title);
+    if (title.empty()) {
+        // Comments are often fields joined by commas, the last ones empty.
+        std::string comment = display_line(data.comment);
+        comment.resize(comment.find_last_not_of(" ,;") + 1);
+        title = joined({display_line(data.experiment), comment});
+    }
+    return title.empty() ? display_line(name_of(data.file_a)) : title;
+}
+
 Picture plot_1d(const DataSet& data, const PlotOptions& options, PlotCache& cache) {
     const PlotLayout layout = plot_layout(data, options, cache);
     Picture picture;
@@ -132,8 +135,12 @@ Picture plot_1d(const DataSet& data, const PlotOptions& options, PlotCache& cach
     std::vector<Tick> ticks;
     if (!layout.axis.unit.empty()) ticks = ticks_of(layout, options.label_size);
     if (options.grid) add_grid(picture, layout, ticks);
+    add_overlays(picture, layout, data, options, cache);
     add_traces(picture, data, layout, options, cache);
+    add_integrals(picture, layout, data, options);
     if (options.preview.empty()) add_peak_list(picture, layout, data);
+    add_legend(picture, layout, data);
+    add_notes(picture, layout, data);
     if (!layout.axis.unit.empty()) add_axis(picture, layout, ticks, options.label_size);
     if (layout.heading) add_heading(picture, data, layout);
     return picture;

@@ -36,12 +36,15 @@ PlotOptions configured_options();
 struct PlotLayout {
     double width = 0, height = 0;                     ///< of the sheet
     double left = 0, right = 0, top = 0, bottom = 0;  ///< of the traces; the axis stands at the bottom
+    double legend = 0;                                ///< baseline of the legend; 0 for none
     double margin = 0;                                ///< at both sides of the heading
     double first = 0, last = 0;                       ///< points at left and right
     AxisScale axis;
     double ceiling = 0;             ///< the traces end here; above 0 where peak labels stand over them
     double zero = 0, per_unit = 0;  ///< y = zero - per_unit * intensity
     bool heading = false;
+    double brackets = 0;      ///< y of the brackets of integrals, which open towards the traces; 0: no room for them
+    double values_depth = 0;  ///< pixels from there to the end of their values, upward when negative
 
     double x(double point) const {
         return last > first ? left + (point - first) * (right - left) / (last - first) : (left + right) / 2;
@@ -59,5 +62,8 @@ PlotLayout plot_layout(const DataSet& data, const PlotOptions& options, PlotCach
 /// are left out. Without data: an empty sheet. Regions of the vector keep the scale of the whole.
 Picture plot_1d(const DataSet& data, const PlotOptions& options, PlotCache& cache);
 Picture plot_1d(const DataSet& data, const PlotOptions& options);
+
+/// What names the data in one line: their title, else experiment and comment, else their file.
+std::string title_of(const DataSet& data);
 
 }  // namespace zolt

@@ -7,6 +7,8 @@
 #include "config/settings.h"
 #include "display/lettering.h"
 #include "display/plot_1d.h"
+#include "display/plot_integrals.h"
+#include "display/plot_overlays.h"
 #include "display/plot_peaks.h"
 #include "state/session.h"
 
@@ -18,12 +20,16 @@ constexpr double side_margin = 24, top_margin = 16, heading_bottom = 48;
 constexpr double axis_room = 28;  // from the axis line to the lower edge, besides the size of its labels
 constexpr double least_heading_height = 160, least_axis_height = 96, least_axis_width = 96;
 
-void place_area(PlotLayout& layout, const PlotOptions& options) {
+void place_area(PlotLayout& layout, const DataSet& data, const PlotOptions& options, double legend) {
     const double slim = std::min(top_margin, layout.height / 8);
     layout.margin = std::min(side_margin, layout.width / 8);
     layout.left = options.left.value_or(layout.margin);
     layout.right = layout.width - options.right.value_or(layout.margin);
     layout.top = options.top.value_or(layout.heading ? heading_bottom : slim);
+    if (legend > 0 && layout.height >= least_heading_height) {
+        layout.top += legend;
+        layout.legend = layout.top - 8;
+    }
     layout.bottom = layout.height;
     if (layout.axis.unit.empty()) {
         layout.bottom -= options.bottom.value_or(slim);
@@ -32,9 +38,10 @@ void place_area(PlotLayout& layout, const PlotOptions& options) {
         // The unit stands behind the end of the axis.
         if (!options.right) layout.right -= text_width(layout.axis.unit, options.label_size) + 8;
     }
+    reserve_integrals(layout, data, options);
     // Margins of the configuration that leave no room are none.
     if (layout.right - layout.left < 8) layout.left = layout.margin, layout.right = layout.width - layout.margin;
-    if (layout.bottom - layout.top < 8) layout.top = 0;
+    if (layout.bottom - layout.top < 8) layout.top = layout.legend = 0;
 }
 
 // The lowest and highest value of what is drawn, 0 among them.
@@ -101,7 +108,7 @@ PlotLayout plot_layout(const DataSet& data, const PlotOptions& options, PlotCach
     layout.axis = axis_scale(data, data.cvNMRdata().size());
     if (layout.width < least_axis_width || layout.height < least_axis_height) layout.axis.unit.clear();
     layout.heading = options.heading && layout.height >= least_heading_height;
-    place_area(layout, options);
+    place_area(layout, data, options, legend_room(data));
 
     if (const double room = peak_label_room(data, layout); room > 0) layout.ceiling = layout.top += room;
 

@@ -104,8 +104,14 @@ const TraceSummary& PlotCache::summary(std::span<const Complex> points, Part par
     return summary;
 }
 
+PlotCache& PlotCache::of_overlay(size_t number) {
+    if (overlays_.size() <= number) overlays_.resize(number + 1);
+    return overlays_[number];
+}
+
 void PlotCache::forget() {
     for (TraceSummary& part : parts_) part.forget();
+    for (PlotCache& overlay : overlays_) overlay.forget();
 }
 
 }  // namespace zolt

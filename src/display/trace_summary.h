@@ -69,12 +69,15 @@ private:
 class PlotCache {
 public:
     const TraceSummary& summary(std::span<const Complex> points, Part part);
+    /// The cache of another vector that is drawn on the same plot, by its number from 0.
+    PlotCache& of_overlay(size_t number);
     void forget();
 
 private:
     TraceSummary parts_[3];
     const Complex* data_ = nullptr;
     size_t count_ = 0;
+    std::vector<PlotCache> overlays_;
 };
 
 }  // namespace zolt

@@ -11,7 +11,9 @@
 #include "common/file.h"
 #include "common/text.h"
 #include "config/paths.h"
+#include "datafile/file_commands.h"
 #include "datafile/native_file.h"
+#include "datafile/placed.h"
 #include "import/locate.h"
 #include "import/tranauto.h"
 #include "platform/platform.h"
@@ -86,7 +88,15 @@ std::string output_path(const ImportRequest& request, const std::string& input) 
 
 // ------------------------------------------------------------------------------------------------------------ the import
 
+// Buffers are there to compare with: they stay from one File A to the next, but for those that the new one brings.
+void keep_buffers(DataRecord& fresh) {
+    std::vector<DataBuffer> own = std::exchange(fresh.buffers, {});
+    fresh.buffers = std::move(show.buffers);
+    for (DataBuffer& buffer : own) set_buffer(fresh, std::move(buffer));
+}
+
 void commit(DataSet&& fresh) {
+    keep_buffers(fresh);
     fresh.file_b = show.file_b;
     fresh.loaded = true;
     fresh.changed = false;
@@ -106,17 +116,15 @@ void set_default_phases(DataSet& data) {
                   static_cast<float>(settings.default_pc)};
 }
 
-int read_native(const std::string& path) {
-    DataSet fresh;
+int read_native(const std::string& path, DataSet& fresh) {
     if (!FileRead(path, fresh)) return 0;
     set_default_phases(fresh);
-    commit(std::move(fresh));
     return 1;
 }
 
-// Translates `input` with the request's key and makes the output File A.
-int translate(const std::string& input, const ImportRequest& request) {
-    DataSet parameters, fresh;
+// Translates `input` with the request's key and reads the output.
+int translate(const std::string& input, const ImportRequest& request, DataSet& fresh) {
+    DataSet parameters;
     std::string message;
     const std::string output = output_path(request, input);
     if (!TRANAUTO(input, output, request.key, request.options, parameters, message)) {
@@ -125,11 +133,10 @@ int translate(const std::string& input, const ImportRequest& request) {
     }
     if (!FileRead(output, fresh)) return refuse("Failure to read imported file back from disk.");
     keep_beside_file(parameters, fresh);
-    commit(std::move(fresh));
     return 1;
 }
 
-int import_file(const std::string& path, ImportRequest request) {
+int import_file(const std::string& path, ImportRequest request, DataSet& fresh) {
     if (!file_facts(path).exists) return refuse(format_text("Could not find file - %s", path.c_str()));
     std::string reason;
     const std::string input = data_file_of(path, reason);
@@ -137,7 +144,7 @@ int import_file(const std::string& path, ImportRequest request) {
     if (!open_for_reading(input)) return refuse(format_text("File %s cannot be opened for reading.", input.c_str()));
     switch (classify_file(input)) {
         case FileClass::native:
-            return read_native(input) != 0 ? 1 : refuse(format_text("Could not read file %s!", input.c_str()));
+            return read_native(input, fresh) != 0 ? 1 : refuse(format_text("Could not read file %s!", input.c_str()));
         case FileClass::integer_native:
             request.key = "CDFFINT";
             break;
@@ -148,7 +155,7 @@ int import_file(const std::string& path, ImportRequest request) {
         case FileClass::foreign:
             break;
     }
-    return translate(input, request);
+    return translate(input, request, fresh);
 }
 
 int file_not_found(const std::string& path) {
@@ -156,6 +163,43 @@ int file_not_found(const std::string& path) {
         format_text("File [ %s ] not found.\nIn module FILE function IsFileCDFF\nSpelled correctly?\nPath correct?\n"
                     "Does the file exist?",
                     path.c_str()));
+}
+
+// Reads a native file, or offers a foreign one to the import; `may_go_on` asks what has to be asked before.
+int open_file(Arguments& args, const char* title, bool (*may_go_on)(), DataSet& fresh) {
+    std::string file = typed_path(args.next());
+    if (file.empty()) file = platform().file_dialog(FileChoice::open, title).value_or("");
+    if (file.empty()) return 0;
+    const std::string path = absolute_path(file);
+    const FileFacts facts = file_facts(path);
+    if (!facts.exists) return file_not_found(path);
+    std::string reason;
+    if (data_file_of(path, reason).empty()) return refuse(reason);
+    if (facts.regular && facts.size < smallest_native_start)
+        return refuse(format_text("File %s is no data file: it holds only %d bytes.", path.c_str(), static_cast<int>(facts.size)));
+    if (!may_go_on()) return 0;
+
+    const FileClass file_class = facts.folder ? FileClass::foreign : classify_file(path);
+    if (file_class == FileClass::native) return read_native(path, fresh);
+    if (file_class == FileClass::foreign) {
+        const std::string text =
+            format_text("Selected file: %s,\nis not a CDFF file.  \nWant to try an Auto Detect Import?", path.c_str());
+        if (platform().question("Import ?", text, Buttons::yes_no) != Answer::yes) return 0;
+    }
+    return import_file(path, {}, fresh);
+}
+
+bool may_replace_a() {
+    return !show.loaded || !show.changed ||
+           agreed("GetFile",
+                  "The current opened data set has been modified\nand NOT saved to disk.\n\n"
+                  "YES will Overwrite the current working data set in memory\n");
+}
+
+// Makes what was read File A.
+int committed(int result, DataSet& fresh) {
+    if (result == 1) commit(std::move(fresh));
+    return result;
 }
 
 }  // namespace
@@ -169,48 +213,26 @@ int cmd_import(Arguments& args) {
     const std::string file =
         request.file.empty() ? platform().file_dialog(FileChoice::open, "Open Import File").value_or("") : request.file;
     if (file.empty()) return 0;
-    return import_file(absolute_path(file), request);
+    DataSet fresh;
+    return committed(import_file(absolute_path(file), request, fresh), fresh);
 }
 
 int cmd_getfile(Arguments& args) {
     if (args.ask_usage()) return show_reply("GA or GetFile or OpenFile [file]");
-    std::string file = typed_path(args.next());
-    if (file.empty()) file = platform().file_dialog(FileChoice::open, "Open File A").value_or("");
-    if (file.empty()) return 0;
-    const std::string path = absolute_path(file);
-    const FileFacts facts = file_facts(path);
-    if (!facts.exists) return file_not_found(path);
-    std::string reason;
-    if (data_file_of(path, reason).empty()) return refuse(reason);
-    if (facts.regular && facts.size < smallest_native_start)
-        return refuse(format_text("File %s is no data file: it holds only %d bytes.", path.c_str(), static_cast<int>(facts.size)));
-    if (show.loaded && show.changed &&
-        !agreed("GetFile",
-                "The current opened data set has been modified\nand NOT saved to disk.\n\n"
-                "YES will Overwrite the current working data set in memory\n"))
-        return 0;
-
-    const FileClass file_class = facts.folder ? FileClass::foreign : classify_file(path);
-    if (file_class == FileClass::native) return read_native(path);
-    if (file_class == FileClass::foreign) {
-        const std::string text =
-            format_text("Selected file: %s,\nis not a CDFF file.  \nWant to try an Auto Detect Import?", path.c_str());
-        if (platform().question("Import ?", text, Buttons::yes_no) != Answer::yes) return 0;
-    }
-    return import_file(path, {});
+    DataSet fresh;
+    return committed(open_file(args, "Open File A", may_replace_a, fresh), fresh);
 }
 
 int cmd_getfileb(Arguments& args) {
     if (args.ask_usage()) return show_reply("GB or GetFileB or OpenFileB [file]");
-    std::string file = typed_path(args.next());
-    if (file.empty()) file = platform().file_dialog(FileChoice::open, "Open File B").value_or("");
-    if (file.empty()) return 0;
-    const std::string path = absolute_path(file);
-    if (!file_facts(path).exists) return file_not_found(path);
     DataSet fresh;
-    if (!FileRead(path, fresh)) return 0;
+    const auto may_replace_b = [] { return agreed_to_drop_b("GetFileB"); };
+    if (open_file(args, "Open File B", may_replace_b, fresh) != 1) return 0;
     show_b = std::move(fresh);
-    show.file_b = path;
+    show_b.loaded = true;
+    show_b.changed = false;
+    show.file_b = show_b.file_a;
+    report_file_b();
     return 1;
 }
 
@@ -218,7 +240,9 @@ int cmd_zz(Arguments& /*args*/) {
     const std::string& configured = settings.zz_file_path;
     const std::string path = configured.empty() ? show.file_a : absolute_path(typed_path(configured));
     if (path.empty()) return refuse("ZZ reads the file of the key ZZ_File_Path of ZOLT.INI, or File A again: there is neither.");
-    return file_facts(path).regular && read_native(path) != 0 ? 1 : refuse(format_text("Could not read file %s!", path.c_str()));
+    DataSet fresh;
+    return file_facts(path).regular && read_native(path, fresh) != 0 ? committed(1, fresh)
+                                                                     : refuse(format_text("Could not read file %s!", path.c_str()));
 }
 
 }  // namespace zolt

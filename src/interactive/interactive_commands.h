@@ -5,6 +5,9 @@
 
 namespace zolt {
 
+int cmd_id(Arguments& args);
+int cmd_as(Arguments& args);
+int cmd_no(Arguments& args);
 int cmd_zo(Arguments& args);
 int cmd_ph(Arguments& args);
 int cmd_pe(Arguments& args);

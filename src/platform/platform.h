@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zolt {
 
@@ -13,6 +14,11 @@ enum class Buttons { yes_no, yes_no_cancel };
 enum class Answer { yes, no, cancel };
 enum class FileChoice { open, save };
 enum class LineSource { user, link, macro, menu };
+enum class PictureFormat { pdf, png };
+
+struct Picture;
+struct Palette;
+struct PageOptions;
 
 class Platform {
 public:
@@ -38,6 +44,17 @@ public:
     virtual void clipboard(std::string_view text) = 0;
     /// Puts the plot on the clipboard as a picture; false where there is no plot.
     virtual bool copy_picture() { return false; }
+
+    /// Whether paint_pictures works here.
+    virtual bool paints_pictures() const { return false; }
+    /// The content of a file with the pictures in it, one a page; of PNG the first one, with so many dots for each of its
+    /// pixels. "" when it cannot be made.
+    virtual std::string paint_pictures(const std::vector<Picture>& /*pages*/, const Palette& /*palette*/, PictureFormat /*format*/,
+                                       double /*dots_per_pixel*/) {
+        return {};
+    }
+    /// Shows the printed page of the data set and prints it if the user wants that; false where nobody can be shown one.
+    virtual bool print_page(const PageOptions& /*options*/) { return false; }
 
     /// A character was posted by the control-key prefix of the command line.
     virtual void character_posted(int character) = 0;

@@ -6,6 +6,7 @@
 
 #include "common/numbers.h"
 #include "common/text.h"
+#include "datafile/integrals.h"
 #include "platform/platform.h"
 #include "processing/along.h"
 #include "processing/processing_commands.h"
@@ -47,7 +48,10 @@ int shift_command(Arguments& args, const char* name, int64_t direction) {
     if (!leading_number(word)) return not_a_number(word);
     const int64_t amount = integer_or_zero(word);
     if (amount < 0) return refuse(format_text("%s takes a number of points that is not negative.", name));
-    return apply_to_vectors(name, [=](std::span<Complex> x) { shift(x, direction * std::min<int64_t>(amount, INT32_MAX)); });
+    const int64_t to_left = direction * std::min<int64_t>(amount, INT32_MAX);
+    if (apply_to_vectors(name, [=](std::span<Complex> x) { shift(x, to_left); }) == 0) return 0;
+    move_integrals(show, 1, -to_left);
+    return 1;
 }
 
 }  // namespace
@@ -57,7 +61,9 @@ int cmd_sr(Arguments& args) {
     if (show.level > 4) return refuse(format_text("Spectrum Reverse not supported in Arrayed mode level %d", show.level));
     const int dimension = take_dimension(args);
     if (dimension > 1) return reverse_along(dimension);
-    return apply_to_vectors("Spectrum Reverse", [](std::span<Complex> x) { std::ranges::reverse(x); });
+    if (apply_to_vectors("Spectrum Reverse", [](std::span<Complex> x) { std::ranges::reverse(x); }) == 0) return 0;
+    move_integrals(show, -1, show.pts1d() - 1);
+    return 1;
 }
 
 int cmd_ls(Arguments& args) { return shift_command(args, "LS", 1); }

@@ -46,12 +46,30 @@ struct MetaObject {
     bool operator==(const MetaObject&) const = default;
 };
 
+/// A text on the plot.
+struct Note {
+    enum class Unit { ppm, hz, seconds, points } unit = Unit::ppm;  ///< of x
+    double x = 0;
+    double y = 0;
+    bool y_is_share = true;  ///< y is a share of the plot's height, 0 at the axis and 1 at the top; else an intensity
+    std::string text;
+    bool operator==(const Note&) const = default;
+};
+
+/// The colour of an overlay that nobody has chosen another for, safe for colour-blind eyes; 0 is File B, 1 to 5 the buffers.
+constexpr std::array<int, 3> usual_overlay_colour(int number) {
+    constexpr std::array<std::array<int, 3>, 6> colours{
+        {{213, 94, 0}, {0, 158, 115}, {204, 121, 167}, {86, 180, 233}, {230, 159, 0}, {21, 70, 127}}};
+    return colours[static_cast<size_t>(number < 0 ? 0 : number % 6)];
+}
+
 /// A spectrum kept in memory for comparison, with its axis and its looks.
 struct DataBuffer {
     int number = 0;  ///< 1 for B1, 2 for B2
     std::string comment;
     double sf = 0;                                         ///< MHz
-    double start_ppm = 0, end_ppm = 0, ppm_per_point = 0;  ///< of the first and the last point, and between points
+    double start_ppm = 0, end_ppm = 0, ppm_per_point = 0;  ///< of the first and the last point, and between points; 0 of an FID
+    std::string nucleus;                                   ///< no file of ours keeps it
     std::array<int, 3> color{0, 0, 255};
     int screen_pen = 1, print_pen = 1;
     double amplitude = 1, scale = 1, dc = 0, offset_y = 0;

@@ -95,12 +95,13 @@ struct DataRecord {
     float rel_value = 1;                  ///< every integral is shown and written times this
     std::vector<Integral> integrals;      ///< in order of their start points
     std::vector<Integral> sub_integrals;  ///< a second list, for the clipboard
-    int32_t integral_points = 0;          ///< point count that the limits belong to; another one moves them along the axis
+    Dimension integral_grid;              ///< dimension 1 as the limits know it; without points: as it is
     bool integrals_stale = false;         ///< the data have changed since the values were computed
     std::vector<Peak> peaks;  ///< in order of their points
     PeakOrigin peak_origin;
     PeaksStale peaks_stale = PeaksStale::no;
     std::vector<MetaObject> meta_objects;
+    std::vector<Note> notes;
     std::vector<DataBuffer> buffers;  ///< in order of their numbers
     History command_log;
     CarriedWords words;

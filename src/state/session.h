@@ -25,7 +25,9 @@ struct Session {
     bool undo_enabled = false;
     int undo_slot = -1;  ///< index of the newest snapshot, -1 before the first
     bool expert = false;
+    bool integrals_shown = true;  ///< the plot shows curves and values of the integrals
     bool log_on = false;
+    bool fills_clipboard = true;        ///< commands put the lists that they show on the clipboard, too
     PeakOptions peaks;
     int header_type = 3;                ///< configured type of written native files, 1 to 3
     int byte_order = 1;                 ///< of written native files: 1 Intel order, 2 and 3 big-endian

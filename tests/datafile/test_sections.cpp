@@ -26,7 +26,6 @@ protected:
         data.dims[0].frequency = true;
         data.user = "Ada";
         data.integrals = {{2, 5, 1.5F, 3}, {7, 15, -20.25F, -1}};
-        data.integral_points = 16;
         data.rel_value = 2;
         const Axis axis = data.dims[0].axis();
         for (const double point : {3.0, 9.5}) {
@@ -38,6 +37,7 @@ protected:
             data.peaks.push_back(peak);
         }
         data.meta_objects = {{"/objects/my molecule.mol", 1, 10, 20, 30, 40, 0.5, -0.25, 1.75, 2}};
+        data.notes = {{Note::Unit::ppm, 3.25, -0.5, true, "H-3 = a, b"}, {Note::Unit::seconds, 1e-3, 2.5e6, false, "NOTE END_NOTES"}};
         data.command_log = {"LB 1\r\nFT\r\n"};
         DataBuffer buffer;
         buffer.number = 2;
@@ -63,7 +63,7 @@ TEST_F(SectionsTest, EverythingComesBackInEveryHeaderType) {
             ASSERT_EQ(run("GA a.nat"), 1) << platform_.said();
             EXPECT_EQ(show.user, "Ada");
             ASSERT_EQ(show.integrals.size(), 2U);
-            EXPECT_EQ(show.integrals[1], (Integral{7, 15, -40.5F, -1})) << "the value as it stands in its column";
+            EXPECT_EQ(show.integrals[1], (Integral{7, 15, -20.25F, -1})) << "shown as it was";
             EXPECT_EQ(show.rel_value, 2);
             ASSERT_EQ(show.peaks.size(), 2U) << type;
             for (const size_t i : {0, 1}) {
@@ -74,6 +74,7 @@ TEST_F(SectionsTest, EverythingComesBackInEveryHeaderType) {
                 EXPECT_EQ(show.peaks[i].offset_y, -7);
             }
             EXPECT_EQ(show.meta_objects, want.meta_objects);
+            EXPECT_EQ(show.notes, want.notes);
             EXPECT_EQ(show.command_log.text, want.command_log.text);
             EXPECT_EQ(show.buffers, want.buffers);
             EXPECT_EQ(data(), std::vector<Complex>(points.begin(), points.begin() + 16));

@@ -3,14 +3,18 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QDragEnterEvent>
+#include <QImage>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QPrintPreviewDialog>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <filesystem>
 
 #include "app/command_line.h"
 #include "app/commands.h"
@@ -19,7 +23,9 @@
 #include "desktop/file_dialogs.h"
 #include "desktop/main_window.h"
 #include "desktop/plot_view.h"
+#include "desktop/print_dialog.h"
 #include "desktop/text.h"
+#include "display/palette.h"
 #include "state/session.h"
 #include "state/sub_routine.h"
 #include "support.h"
@@ -230,6 +236,58 @@ TEST_F(WindowTest, APeakOfOnePointIsPainted) {
     EXPECT_TRUE(inked(100000, 0.99) && inked(100000, 0.5) && inked(50000, 0) && inked(250000, 0));
     EXPECT_TRUE(inked(200000, -0.1)) << "down to the axis";
     EXPECT_FALSE(inked(100000, 1.02) || inked(100000 - 1500, 0.5) || inked(100000 + 1500, 0.5));
+}
+
+TEST_F(WindowTest, WritesPdfAndPng) {
+    load_spectrum();
+    const auto size_of = [&](const std::string& name) { return QImage(qt(root_.path(name))).size(); };
+    window_.run("metafile a.png 300 200");
+    window_.run("metafile b.PNG 300 200 dpi 192");
+    window_.run("metafile c.png page dpi 96");
+    EXPECT_EQ(size_of("a.png"), QSize(300, 200));
+    const QImage image(qt(root_.path("a.png")));
+    int drawn = 0;
+    for (int x = 0; x < 300; ++x)
+        for (int y = 0; y < 200; ++y) drawn += image.pixelColor(x, y) == QColor(light_palette[Ink::real_trace]);
+    EXPECT_GT(drawn, 300);
+    EXPECT_EQ(size_of("b.PNG"), QSize(600, 400));
+    EXPECT_EQ(size_of("c.png"), QSize(1123, 794)) << "A4, lying";
+    // One page a picture, of the sizes asked for, in points; lines and letters, no pixels.
+    window_.run("metafile a.pdf 400 200");
+    window_.run("StartDoc b.pdf");
+    window_.run("Print");
+    window_.run("ini set PRINT_ORIENTATION PORTRAIT");
+    window_.run("Print");
+    window_.run("EndDoc");
+    const std::string one = test::read_file(root_.path("a.pdf")), two = test::read_file(root_.path("b.pdf"));
+    for (const std::string& pdf : {one, two})
+        EXPECT_TRUE(pdf.starts_with("%PDF-1.") && pdf.find("/Subtype /Image") == std::string::npos);
+    EXPECT_NE(one.find("/Count 1"), std::string::npos);
+    EXPECT_NE(one.find("/MediaBox [0 0 300.000000 150.000000]"), std::string::npos) << one.substr(one.find("/MediaBox"), 60);
+    EXPECT_NE(two.find("/Count 2"), std::string::npos);
+    // Too many dots for memory: refused, and no file.
+    window_.run("metafile d.png 16384 16384 dpi 1200");
+    EXPECT_FALSE(std::filesystem::exists(root_.path("d.png")));
+}
+
+TEST_F(WindowTest, PreviewAndClipboard) {
+    load_spectrum();
+    window_.run("Print");  // nobody would close the preview
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    bool shown = false;
+    QTimer::singleShot(300, &window_, [&] {
+        auto* dialog = qobject_cast<QPrintPreviewDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        shown = true;
+        dialog->reject();
+    });
+    show_print_preview(&window_, configured_page());
+    EXPECT_TRUE(shown);
+
+    QTest::keyClick(&window_, Qt::Key_C, Qt::ControlModifier);
+    const QMimeData* copied = QApplication::clipboard()->mimeData();
+    EXPECT_EQ(qvariant_cast<QImage>(copied->imageData()).size(), plot().size());
+    EXPECT_TRUE(copied->data("image/svg+xml").startsWith("<?xml"));
 }
 
 TEST_F(WindowTest, DroppedFoldersAreImportedAndFilesOpened) {

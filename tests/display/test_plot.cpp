@@ -229,9 +229,13 @@ TEST_F(MetafileTest, Refuses) {
     refused("metafile a.svg", "needs a data set");
     load(test::sample_points(16));
     refused("metafile", "");  // the dialog was cancelled
-    for (const char* rest : {"?", "a.svg 300", "a.svg 300 x", "a.svg 0 200", "a.svg nan 200", "a.svg 1e9 200"})
-        refused(std::string("metafile ") + rest, "  - USAGE: metafile NAME.svg [width height]", 2);
-    refused("metafile a.png", "Only SVG is written now");
+    for (const char* rest :
+         {"?", "a.svg 300", "a.svg 300 x", "a.svg 0 200", "a.svg nan 200", "a.svg 1e9 200", "a.svg table", "a.svg page page",
+          "a.svg page 300 200", "a.svg 300 200 page", "a.svg dpi 1e9", "a.svg 300 200 300 200"})
+        refused(std::string("metafile ") + rest, "  - USAGE: metafile NAME.svg / .pdf", 2);
+    for (const char* name : {"a.png", "a.PDF"})
+        refused(std::string("metafile ") + name, "zolt-cli writes pictures as SVG; zolt writes PDF and PNG.");
+    refused("metafile a.eps", "SVG, PDF and PNG can be written here, not .eps.");
     refused("metafile " + root_.path() + "/", "is a folder");
     refused("metafile none/a.svg", "Could not open File: " + root_.path("none/a.svg"));
     settings.no_file_overwrite = true;
