@@ -175,6 +175,21 @@ TEST_F(WindowTest, ADragPhases) {
     EXPECT_EQ(view.cursor().shape(), Qt::CrossCursor);
 }
 
+TEST_F(WindowTest, ADragIntegrates) {
+    load_spectrum();
+    PlotView& view = plot();
+    type("ID");
+    QTest::mousePress(&view, Qt::LeftButton, {}, {300, 200});
+    QTest::mouseMove(&view, {350, 190});
+    QTest::mouseRelease(&view, Qt::LeftButton, {}, {400, 200});
+    ASSERT_EQ(show.integrals.size(), 1U);
+    EXPECT_LT(show.integrals[0].start, show.integrals[0].end);
+    EXPECT_EQ(shown_points(show), std::pair(0.0, 1000.0)) << "no drag of the plot's own";
+    QTest::keyClick(&window_, Qt::Key_D);
+    EXPECT_TRUE(show.integrals.empty());
+    QTest::keyClick(&window_, Qt::Key_Return);
+}
+
 TEST_F(WindowTest, MenusTeachCommandsAndGreyWhatCannotBe) {
     EXPECT_GE(window_.menuBar()->actions().size(), 7);
     for (const char* line : {"FT", "GA", "LP", "XYZ FULL"}) ASSERT_NE(action(line), nullptr) << line;
