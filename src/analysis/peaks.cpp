@@ -35,7 +35,8 @@ double noise_level(std::span<const Complex> vector) {
     if (found.empty()) return deviation_from_line(vector);
     const auto tenth = found.begin() + static_cast<std::ptrdiff_t>(found.size() / 10);
     std::nth_element(found.begin(), tenth, found.end());
-    return *tenth;
+    // Were all of them quiet, a tenth would be this far below the true value.
+    return *tenth / (1 - 1.28 / std::sqrt(2 * (static_cast<double>(length) - 2)));
 }
 
 namespace {
@@ -50,7 +51,7 @@ struct Top {
 std::array<double, 65> distances_to_foot(double noise) {
     std::array<double, 65> all{};
     for (size_t bits = 1; bits < all.size(); ++bits)
-        all[bits] = noise * (3.5 + 1.3 * std::sqrt(2 * std::log(2.0) * static_cast<double>(bits)));
+        all[bits] = noise * (5 + 1.2 * std::sqrt(2 * std::log(2.0) * static_cast<double>(bits)));
     return all;
 }
 
@@ -133,8 +134,11 @@ Crest crest_of(std::span<const Complex> vector, double sign, const Top& top) {
     Crest crest = {top.at, top.at};
     while (crest.first > 0 && top.at - crest.first < widest && above(crest.first - 1)) --crest.first;
     while (crest.last + 1 < vector.size() && crest.last - top.at < widest && above(crest.last + 1)) ++crest.last;
-    if (crest.first == top.at && top.at > 0) --crest.first;
-    if (crest.last == top.at && top.at + 1 < vector.size()) ++crest.last;
+    // On both sides, or a flat top would be fitted aside.
+    if (crest.first == top.at || crest.last == top.at) {
+        if (crest.first > 0) --crest.first;
+        if (crest.last + 1 < vector.size()) ++crest.last;
+    }
     return crest;
 }
 

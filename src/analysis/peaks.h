@@ -18,16 +18,17 @@ double deviation_from_line(std::span<const Complex> points);
 
 /// Standard deviation of the noise of the real part: that of its quiet stretches. Of all stretches (of 32 to 256 points,
 /// each about its own line, without the outermost twentieth at both ends, where filters fall off) the value that a tenth of
-/// them stays below, so that neither lines nor a rolling baseline count. 0 when there is none.
+/// them stays below, so that neither lines nor a rolling baseline count, less the bias of that choice. 0 when there is none.
 double noise_level(std::span<const Complex> vector);
 
 /// Every maximum of the real part that lies above zero and stands out of both sides, in order; with `negative` also every
 /// minimum below zero, with its negative height. How far a top has to stand out grows with the number d of points down to
-/// the foot, as the range of noise does (3.5 + 1.3 sqrt(2 ln d) times the noise; Fisher and Tippett, Proc. Camb. Phil. Soc.
+/// the foot, as the range of noise does (5 + 1.2 sqrt(2 ln d) times the noise; Fisher and Tippett, Proc. Camb. Phil. Soc.
 /// 24 (1928) 180): no bump on a flank or on a raised baseline counts, and close lines stay two. With `interpolate`, place and
 /// height are those of the vertex of the Lorentzian through the upper third of the line: its reciprocal is a parabola, exact
 /// for three points, fitted by weighted least squares where there are more; a parabola where the line falls too steeply
-/// for that. Points that are not finite count for nothing. One pass, no dependence on a region.
+/// for that. (A Gaussian of two points or more in width is placed within a tenth of a point, too.) Points that are not finite count
+/// for nothing. One pass, no dependence on a region.
 std::vector<FoundPeak> find_peaks(std::span<const Complex> vector, double noise, bool negative, bool interpolate);
 
 /// The interpolated value of the real part at a place between points; 0 outside or beside values that are not finite.

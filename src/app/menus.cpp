@@ -157,7 +157,9 @@ constexpr MenuItem items[] = {
     {process, "&Transpose…", Item::line, "TD"},
 
     {analyze, "&Peak Picking", Item::line, "DP"},
+    {analyze, "&Minimum Height", Item::line, "MH"},
     {analyze, "Pea&k List", Item::line, "PL"},
+    {analyze, "Cl&ear Peaks", Item::line, "DP clear"},
     {analyze, "", Item::separator},
     {analyze, "&Integrate…", Item::line, "ID"},
     {analyze, "&Automatic Integrals", Item::line, "AI", "", "integrals"},

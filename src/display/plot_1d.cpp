@@ -138,7 +138,7 @@ Picture plot_1d(const DataSet& data, const PlotOptions& options, PlotCache& cach
     add_overlays(picture, layout, data, options, cache);
     add_traces(picture, data, layout, options, cache);
     add_integrals(picture, layout, data, options);
-    add_peak_list(picture, layout, data);
+    if (options.preview.empty()) add_peak_list(picture, layout, data);
     add_legend(picture, layout, data);
     add_notes(picture, layout, data);
     if (!layout.axis.unit.empty()) add_axis(picture, layout, ticks, options.label_size);

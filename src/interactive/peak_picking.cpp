@@ -61,7 +61,6 @@ const SubRoutine picking = {"MH",
 void tell() {
     platform().reply(format_text("%s   now: %zu peaks above %s", picking.keys, list_to_be().size(),
                                  height_text(work.scale, work.height).c_str()));
-    platform().redraw();
 }
 
 void set_height(double height) {
@@ -174,6 +173,7 @@ int enter_peak_picking() {
     session.peaks.in_hand = true;
     enter_routine(picking);
     tell();
+    platform().redraw();
     return 2;
 }
 

@@ -150,7 +150,7 @@ TEST_F(DispatcherTest, Help) {
     EXPECT_EQ(platform_.replies.back(), "  - LB or LineBroadening [Hz]: sets the line broadening that EM and GM use");
     EXPECT_EQ(run("Help"), 2);
     EXPECT_NE(platform_.replies.back().find("IM or Import"), std::string::npos);
-    EXPECT_EQ(run("Help DP"), 2);
+    EXPECT_EQ(run("Help LP"), 2);
     EXPECT_NE(platform_.replies.back().find("planned"), std::string::npos);
 }
 
