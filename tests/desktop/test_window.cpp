@@ -314,7 +314,7 @@ TEST_F(WindowTest, DroppedFoldersAreImportedAndFilesOpened) {
         QDropEvent event(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(&window_, &event);
     };
-    drop(std::string(ZOLT_EXAMPLES) + "/strychnine_1h/10");
+    drop(test::examples() + "/strychnine_1h/10");
     EXPECT_TRUE(show.loaded && show.dims[0].nucleus == "1H");
     write_set("a file with blanks.zolt", {16, 1, 1, 1});
     drop(root_.path("a file with blanks.zolt"));
@@ -349,9 +349,9 @@ TEST_F(WindowTest, ClosingAsksAndLongWorkCanBeCancelled) {
 }
 
 TEST_F(WindowTest, DescribesFilesWithoutImportingThem) {
-    EXPECT_EQ(describe_data(std::string(ZOLT_EXAMPLES) + "/strychnine_1h/10"),
-              describe_data(std::string(ZOLT_EXAMPLES) + "/strychnine_1h/10/fid"));
-    const std::string example = describe_data(std::string(ZOLT_EXAMPLES) + "/strychnine_1h/10/fid");
+    EXPECT_EQ(describe_data(test::examples() + "/strychnine_1h/10"),
+              describe_data(test::examples() + "/strychnine_1h/10/fid"));
+    const std::string example = describe_data(test::examples() + "/strychnine_1h/10/fid");
     EXPECT_TRUE(example.find("\u00b9H \u00b7 400.13 MHz") != std::string::npos) << example;
     write_set("a.zolt", {16, 4, 1, 1}, [](DataSet& data) { data.dims[0].nucleus = "13C"; });
     EXPECT_TRUE(describe_data(root_.path("a.zolt")).ends_with("\u00b9\u00b3C \u00b7 16 \u00d7 4 points"));
