@@ -97,6 +97,7 @@ std::string lists(const DataSet& data) {
 // The file of the report; "" after its message.
 std::string summary_target(const std::string& name) {
     std::string path = absolute_path(typed_path(name));
+    if (is_device(path)) return refuse(format_text("Could not open File: %s", path.c_str())), "";
     const std::string extension = extension_of(path);
     if (!extension.empty() && !same_word(extension, "txt"))
         return refuse(format_text("The summary is a text, not .%s.\nGive a name that ends in .txt.", extension.c_str())), "";

@@ -75,7 +75,7 @@ TEST_F(SummaryTest, GoesToReplyClipboardAndFile) {
     EXPECT_EQ(run("SUMMARY a"), 1);
     EXPECT_EQ(test::read_file(root_.path("a.txt")), text);
     refused("SUMMARY a.TXT.zolt", "The summary is a text, not .zolt");
-    refused("SUMMARY none/a.txt", "Could not open File");
+    for (const char* name : {"none/a.txt", "/dev/null"}) refused(std::string("SUMMARY ") + name, "Could not open File");
     root_.write("b.txt", "old");
     refused("SUMMARY b.txt", "Overwrite?");
     settings.no_file_overwrite = true;
