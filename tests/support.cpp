@@ -94,6 +94,10 @@ std::string TemporaryFolder::write(const std::string& name, std::string_view con
     return file;
 }
 
+std::string examples() { return ZOLT_EXAMPLES; }
+
+std::string shipped_ini() { return ZOLT_INI; }
+
 std::string read_file(const std::string& path) {
     std::ostringstream content;
     content << std::ifstream(path, std::ios::binary).rdbuf();

@@ -66,6 +66,10 @@ private:
     std::string path_;
 };
 
+/// The tree's folder of examples, and the configuration file that it ships.
+std::string examples();
+std::string shipped_ini();
+
 std::string read_file(const std::string& path);
 
 /// Every test of commands starts from an empty data set, default settings, a fresh root folder and an empty command line.

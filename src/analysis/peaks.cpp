@@ -171,6 +171,16 @@ FoundPeak vertex_of(std::span<const Complex> vector, double sign, const Top& top
 
 }  // namespace
 
+SignalToNoise signal_to_noise(std::span<const Complex> vector, size_t first, size_t end, double noise) {
+    SignalToNoise found;
+    found.noise = noise;
+    for (size_t p = first; p < std::min(end, vector.size()); ++p) {
+        const double value = static_cast<double>(vector[p].real());
+        if (std::isfinite(value) && value > found.tallest) found.tallest = value, found.tallest_at = p;
+    }
+    return found;
+}
+
 std::vector<FoundPeak> find_peaks(std::span<const Complex> vector, double noise, bool negative, bool interpolate) {
     std::vector<FoundPeak> peaks;
     // Without any noise the rounding of the transform is left.

@@ -21,6 +21,14 @@ double deviation_from_line(std::span<const Complex> points);
 /// them stays below, so that neither lines nor a rolling baseline count, less the bias of that choice. 0 when there is none.
 double noise_level(std::span<const Complex> vector);
 
+struct SignalToNoise {
+    double tallest = 0, noise = 0;
+    size_t tallest_at = 0;
+    double ratio() const { return tallest / (2 * noise); }
+};
+/// The tallest of the points [first, end) over twice the noise.
+SignalToNoise signal_to_noise(std::span<const Complex> vector, size_t first, size_t end, double noise);
+
 /// Every maximum of the real part that lies above zero and stands out of both sides, in order; with `negative` also every
 /// minimum below zero, with its negative height. How far a top has to stand out grows with the number d of points down to
 /// the foot, as the range of noise does (5 + 1.2 sqrt(2 ln d) times the noise; Fisher and Tippett, Proc. Camb. Phil. Soc.

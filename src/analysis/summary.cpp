@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "analysis/noise.h"
+#include "analysis/peaks.h"
 #include "common/file.h"
 #include "common/text.h"
 #include "datafile/file_commands.h"
@@ -72,22 +72,17 @@ std::string log_lines(const DataSet& data) {
     return text;
 }
 
-std::string signal_to_noise(const DataSet& data) {
+std::string noise_lines(const DataSet& data) {
     const auto points = data.cvNMRdata();
-    const double noise = data.dims[0].frequency ? noise_deviation(points) : 0;
-    if (!(noise > 0)) return {};
-    size_t tallest = 0;
-    double height = 0;
-    for (size_t i = 0; i < points.size(); ++i)
-        if (const double value = static_cast<double>(points[i].real()); std::isfinite(value) && value > height)
-            height = value, tallest = i;
+    const SignalToNoise found = signal_to_noise(points, 0, points.size(), data.dims[0].frequency ? noise_level(points) : 0);
+    if (!(found.noise > 0)) return {};
     const Axis axis = data.dims[0].axis();
-    const auto at = static_cast<double>(tallest);
-    std::string place = format_text("point %zu", tallest + 1);
+    const auto at = static_cast<double>(found.tallest_at);
+    std::string place = format_text("point %zu", found.tallest_at + 1);
     if (axis.sw > 0) place = axis.has_ppm() ? format_text("%.4f ppm", axis.ppm(at)) : format_text("%.2f Hz", axis.hz(at));
-    return line_of("Tallest", format_text("%.6g at %s", height, place.c_str())) +
-           line_of("Noise", format_text("%.4g (standard deviation)", noise)) +
-           line_of("S/N", format_text("%.1f (tallest over noise)", height / noise));
+    return line_of("Tallest", format_text("%.6g at %s", found.tallest, place.c_str())) +
+           line_of("Noise", format_text("%.4g (rms)", found.noise)) +
+           line_of("S/N", format_text("%.1f (tallest over twice the rms noise)", found.ratio()));
 }
 
 std::string lists(const DataSet& data) {
@@ -102,6 +97,7 @@ std::string lists(const DataSet& data) {
 // The file of the report; "" after its message.
 std::string summary_target(const std::string& name) {
     std::string path = absolute_path(typed_path(name));
+    if (is_device(path)) return refuse(format_text("Could not open File: %s", path.c_str())), "";
     const std::string extension = extension_of(path);
     if (!extension.empty() && !same_word(extension, "txt"))
         return refuse(format_text("The summary is a text, not .%s.\nGive a name that ends in .txt.", extension.c_str())), "";
@@ -129,7 +125,7 @@ std::string summary_text(const DataSet& data) {
     text += line_of("Formula", data.formula);
     for (const NamedValue& value : experiment_values(data)) text += line_of(value.name.c_str(), value.value);
     text += "\r\n" + dimension_table(data);
-    if (const std::string noise = signal_to_noise(data); !noise.empty()) text += "\r\n" + noise;
+    if (const std::string noise = noise_lines(data); !noise.empty()) text += "\r\n" + noise;
     return text + log_lines(data) + lists(data);
 }
 

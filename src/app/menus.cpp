@@ -48,6 +48,7 @@ constexpr MenuItem items[] = {
     {file, "&Save As…", Item::line, "SA", "Ctrl+S", "save"},
     {file, "Update &Header", Item::line, "UH"},
     {exports, "&Picture (SVG, PDF, PNG)…", Item::line, "metafile"},
+    {exports, "Printed Pa&ge (SVG, PDF, PNG)…", Item::line, "metafile \"\" page"},
     {exports, "&JCAMP-DX…", Item::line, "EJ"},
     {exports, "JCAMP-DX&B…", Item::line, "E6"},
     {exports, "&Text: ppm and Real Part…", Item::line, "E5"},

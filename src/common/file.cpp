@@ -24,6 +24,11 @@ FileFacts file_facts(const std::string& path) {
     return {true, S_ISREG(s.st_mode), S_ISDIR(s.st_mode), S_ISREG(s.st_mode) ? static_cast<uint64_t>(s.st_size) : 0};
 }
 
+bool is_device(const std::string& path) {
+    const FileFacts facts = file_facts(path);
+    return facts.exists && !facts.regular && !facts.folder;
+}
+
 std::string absolute_path(const std::string& path) {
     std::error_code error;
     const fs::path absolute = fs::absolute(path, error).lexically_normal();

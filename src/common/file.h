@@ -17,6 +17,9 @@ struct FileFacts {
 
 FileFacts file_facts(const std::string& path);
 
+/// True when neither a file nor a folder, but a device, pipe or socket stands at the path.
+bool is_device(const std::string& path);
+
 /// The path made absolute and tidied, without following links.
 std::string absolute_path(const std::string& path);
 /// The folder part of a path, "." for a bare name; and the name behind it.

@@ -62,6 +62,8 @@ void paint_text(QPainter& painter, const Text& text, const Palette& palette, Med
     if (medium == Medium::paper) font.setHintingPreference(QFont::PreferNoHinting);
     font.setBold(text.bold);
     if (text.ink == Ink::axis && settings.values.contains("AXISFONT")) font.setFamily(qt(setting_text("AxisFont")));
+    if (text.ink == Ink::text && medium != Medium::screen && settings.values.contains("PARMFONT"))
+        font.setFamily(qt(setting_text("ParmFont")));
     painter.save();
     painter.setFont(font);
     const bool label = medium == Medium::screen && text.ink == Ink::axis && settings.values.contains("AXIS_FONT_COLOR");

@@ -39,6 +39,7 @@ std::string picture_target(const std::string& name, const std::vector<std::strin
     };
     if (path.ends_with('/')) return refused(format_text("%s is a folder.\nGive the name of a file in it.", path.c_str()));
     path = absolute_path(path);
+    if (is_device(path)) return refused(format_text("Could not open File: %s", path.c_str()));
     std::string extension = extension_of(path);
     if (extension.empty()) {
         extension = extensions.front();

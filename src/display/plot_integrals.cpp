@@ -3,13 +3,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "common/text.h"
 #include "config/settings.h"
-#include "display/label_spread.h"
+#include "display/label_placement.h"
 #include "display/lettering.h"
 #include "state/session.h"
 
@@ -116,34 +117,34 @@ struct Value {
     std::string text;
 };
 
-// Fills the places of the values; the room that one takes along the axis is that of its text, or of a line of text.
-double place_values(std::vector<SpreadLabel>& labels, const std::vector<Value>& values, const PlotLayout& layout, bool horizontal,
-                    double size) {
-    labels.clear();
+// The places of the values; the room that one takes along the axis is that of its text, or of a line of text.
+std::vector<std::optional<double>> places_of(const std::vector<Value>& values, const PlotLayout& layout, bool horizontal,
+                                             double size) {
+    std::vector<LabelWish> wishes;
     for (const Value& value : values) {
         const double width = horizontal ? text_width(value.text, size) + 6 : size + 2;
-        labels.push_back({value.centre, width, value.weight, 0, true});
+        wishes.push_back({value.centre, width, value.weight});
     }
-    return spread_labels(labels, edge, layout.width - edge);
+    return place_labels(wishes, edge, layout.width - edge, layout.width);
 }
 
 void add_values(Picture& picture, const PlotLayout& layout, const std::vector<Value>& values) {
     const double away = layout.values_depth > 0 ? 1 : -1;  // from the traces
-    std::vector<SpreadLabel> labels;
     bool horizontal = setting_switch("ID_HORIZONTAL_FONT");
     double size = value_size(layout, horizontal);
-    const double furthest = place_values(labels, values, layout, horizontal, size);
-    const auto hidden = [](const SpreadLabel& label) { return !label.shown; };
-    if (horizontal && (furthest > size || std::any_of(labels.begin(), labels.end(), hidden))) {
+    auto places = places_of(values, layout, horizontal, size);
+    bool crowded = false;
+    for (size_t i = 0; i < places.size(); ++i) crowded = crowded || !places[i] || std::abs(*places[i] - values[i].centre) > size;
+    if (horizontal && crowded) {
         horizontal = false;
         size = value_size(layout, false);
-        place_values(labels, values, layout, false, size);
+        places = places_of(values, layout, false, size);
     }
     const double from = layout.brackets + away * bracket_height, leaders = horizontal ? 0 : leader_height;
     const double text_at = from + away * (value_gap + leaders);
-    for (size_t i = 0; i < labels.size(); ++i) {
-        if (!labels[i].shown) continue;
-        const double place = labels[i].place;
+    for (size_t i = 0; i < places.size(); ++i) {
+        if (!places[i]) continue;
+        const double place = *places[i];
         if (!horizontal)
             picture.records.emplace_back(
                 Stroke{{{values[i].centre, from}, {place, from + away * leader_height}}, Ink::integral, 0.7, false});

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "common/file.h"
+#include "config/settings.h"
 #include "display/lettering.h"
 #include "display/plot_trace.h"
 #include "state/overlay.h"
@@ -27,7 +28,7 @@ std::optional<PlotLayout> layout_of(const PlotLayout& layout, const Companion& o
     if (!(result.last > result.first)) return std::nullopt;
     result.left = layout.x(at.start + at.step * result.first);
     result.right = layout.x(at.start + at.step * result.last);
-    result.zero = layout.y(other.look.constant);
+    result.zero = layout.y(other.look.constant + (other.number == 0 ? setting_number("DC_OFFSET") : 0));
     result.per_unit = layout.per_unit * other.look.factor;
     return result;
 }

@@ -7,6 +7,7 @@
 
 #include "common/keys.h"
 #include "common/text.h"
+#include "config/settings.h"
 #include "display/plot_trace.h"
 #include "display/trace_summary.h"
 #include "interactive/interactive_commands.h"
@@ -22,7 +23,7 @@ namespace {
 
 struct Sum {
     int number = 0;  // of the companion
-    double factor = -1, shift = 0;
+    double factor = 1, shift = 0;
     bool fine = false;
 };
 
@@ -71,7 +72,7 @@ constexpr struct {
     {'N', next_companion},
     {'R',
      [] {
-         sum = {sum.number, -1, 0, sum.fine};
+         sum = {sum.number, setting_number("AS_MULT"), 0, sum.fine};
      }},
     {'?', [] {}},
     {key_enter, keep},
@@ -139,7 +140,7 @@ void draw_sum(Picture& picture, const PlotLayout& layout) {
     if (!at.refusal.empty()) return;
     const auto points = show.cvNMRdata();
     std::vector<Complex> result(points.begin(), points.end());
-    add_aligned(result, other->points, at, sum.factor);
+    add_with_offset(result, *other, at, sum.factor);
     TraceSummary summary;
     summary.build(result, Part::real);
     constexpr double pen = 1.2, columns_per_pixel = 2;
@@ -154,7 +155,7 @@ int cmd_as(Arguments& args) {
     if (all.empty()) return refuse("There is nothing to add: open File B with GB, or keep a spectrum in a buffer with B1 or B2.");
     const auto first = std::find_if(all.begin(), all.end(), can_be_added);
     if (first == all.end()) return refuse(align_for_sum(show, all.front(), 0).refusal);
-    sum = {first->number, -1, 0, false};
+    sum = {first->number, setting_number("AS_MULT"), 0, false};
     enter_routine(adding);
     show_sum();
     return 2;

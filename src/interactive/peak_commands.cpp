@@ -296,13 +296,12 @@ int cmd_nf(Arguments& args) {
         of = axis_text(axis, axis.value(region->first), false) + " to " + axis_text(axis, axis.value(region->second));
     }
     if (!(noise > 0)) return refuse("There is no noise to measure.\nGive a region without signals: NF from to.");
-    double tallest = 0, at = 0;
     const auto [first, last] = shown_points(show);
-    for (auto p = static_cast<size_t>(std::ceil(first)); p < vector.size() && static_cast<double>(p) <= last; ++p)
-        if (std::isfinite(vector[p].real()) && double{vector[p].real()} > tallest)
-            tallest = double{vector[p].real()}, at = static_cast<double>(p);
-    return show_reply(format_text("  - Signal to noise %.4g: %.5g at %s over twice the rms noise %.4g of %s", tallest / (2 * noise),
-                                  tallest, axis_text(axis, axis.value(at)).c_str(), noise, of.c_str()));
+    const SignalToNoise found =
+        signal_to_noise(vector, static_cast<size_t>(std::ceil(first)), static_cast<size_t>(std::floor(last)) + 1, noise);
+    return show_reply(format_text("  - Signal to noise %.4g: %.5g at %s over twice the rms noise %.4g of %s", found.ratio(),
+                                  found.tallest, axis_text(axis, axis.value(static_cast<double>(found.tallest_at))).c_str(), noise,
+                                  of.c_str()));
 }
 
 }  // namespace zolt

@@ -7,6 +7,7 @@
 
 #include "common/numbers.h"
 #include "common/text.h"
+#include "config/settings.h"
 #include "platform/platform.h"
 #include "processing/along.h"
 
@@ -31,6 +32,12 @@ void add_aligned(std::span<Complex> x, std::span<const Complex> other, const Ali
         };
         x[i] += Complex(static_cast<float>(factor * value(false)), static_cast<float>(factor * value(true)));
     }
+}
+
+void add_with_offset(std::span<Complex> x, const Companion& other, const Alignment& at, double factor) {
+    add_aligned(x, other.points, at, factor);
+    if (const auto offset = static_cast<float>(setting_number("AS_DC")); offset != 0)
+        for (Complex& point : x) point += offset;
 }
 
 Alignment align_for_sum(const DataSet& data, const Companion& other, double shift_points) {
@@ -65,7 +72,7 @@ int add_spectra(Arguments& args) {
     if (args.ask_usage()) return show_reply(add_spectra_usage);
     const auto number = companion_number(args.next());
     const std::string factor_word = args.next(), shift_word = args.next();
-    const auto factor = factor_word.empty() ? std::optional(1.0) : leading_number(factor_word);
+    const auto factor = factor_word.empty() ? std::optional(setting_number("AS_MULT")) : leading_number(factor_word);
     const auto shift = shift_word.empty() ? std::optional(0.0) : leading_number(shift_word);
     if (!number || !factor || !std::isfinite(*factor) || !shift || !std::isfinite(*shift)) return show_reply(add_spectra_usage);
     // The unit may stand at its number: 0.05ppm.
@@ -81,7 +88,7 @@ int add_spectra(Arguments& args) {
                                    : format_text("Buffer %d is empty.\nB%d keeps the current data in it.", *number, *number));
     const Alignment at = align_for_sum(show, *other, *points);
     if (!at.refusal.empty()) return refuse(at.refusal);
-    const int result = apply_to_vectors("AS", [&](std::span<Complex> vector) { add_aligned(vector, other->points, at, *factor); });
+    const int result = apply_to_vectors("AS", [&](std::span<Complex> vector) { add_with_offset(vector, *other, at, *factor); });
     if (result == 1)
         platform().reply(format_text("  - File A %c %.6g * %s", *factor < 0 ? '-' : '+', std::abs(*factor), other->label.c_str()));
     return result;

@@ -14,6 +14,9 @@ namespace zolt {
 /// Where points meet exactly the sum is that of the points.
 void add_aligned(std::span<Complex> x, std::span<const Complex> other, const Alignment& at, double factor);
 
+/// The same, and the offset of the configuration (AS_DC) onto the real parts.
+void add_with_offset(std::span<Complex> x, const Companion& other, const Alignment& at, double factor);
+
 /// How the companion is to be added to the data set; with a refusal where that makes no sense.
 Alignment align_for_sum(const DataSet& data, const Companion& other, double shift_points);
 

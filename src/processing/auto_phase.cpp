@@ -11,6 +11,7 @@
 #include "processing/auto_phase_flanks.h"
 #include "processing/auto_phase_lines.h"
 #include "processing/auto_phase_regions.h"
+#include "processing/auto_phase_regression.h"
 #include "processing/auto_phase_score.h"
 
 namespace zolt {
@@ -19,49 +20,8 @@ namespace {
 
 constexpr double pi = std::numbers::pi, degree = pi / 180;
 constexpr double largest_first_order = 6 * pi;
-constexpr double usual_first_order = pi;  // the regression leans to smaller ones by this much
-constexpr double broad = 6 * degree;      // added to what is known of each region, so that none rules alone
-constexpr double farthest = 4;            // standard deviations that a region may be off
+constexpr double broad = 6 * degree;  // added to what is known of each region, so that none rules alone
 constexpr size_t score_bins = 4096;
-
-// The angle less whole multiples of half a turn.
-double within_half_turn(double angle) { return angle - pi * std::round(angle / pi); }
-
-// Weighted regression of the regions' phases, outliers cut off (Tukey's biweight): those far off for what is known of them.
-PhaseLine regress(std::span<const PhasedRegion> regions, PhaseLine phase, PhaseOrder order) {
-    std::vector<double> sizes(regions.size());
-    for (int step = 0; step < 12; ++step) {
-        const auto off_of = [&](const PhasedRegion& region) { return within_half_turn(region.phase - phase.at(region.place)); };
-        size_t count = 0;
-        for (const PhasedRegion& region : regions)
-            if (const double off = std::abs(off_of(region)); off < 60 * degree) sizes[count++] = off / std::sqrt(region.variance);
-        if (count == 0) return phase;
-        const auto middle = sizes.begin() + static_cast<std::ptrdiff_t>(count / 2);
-        std::nth_element(sizes.begin(), middle, sizes.begin() + static_cast<std::ptrdiff_t>(count));
-        const double cut = farthest * std::max(1.0, 1.5 * *middle);
-        double w = 0, wx = 0, wxx = 0, we = 0, wxe = 0;
-        for (const PhasedRegion& region : regions) {
-            const double off = off_of(region), size = off / std::sqrt(region.variance) / cut;
-            if (std::abs(off) >= 60 * degree || std::abs(size) >= 1) continue;
-            const double inside = 1 - size * size, weight = inside * inside / region.variance;
-            w += weight;
-            wx += weight * region.place;
-            wxx += weight * region.place * region.place;
-            we += weight * off;
-            wxe += weight * region.place * off;
-        }
-        if (!(w > 0)) return phase;
-        // The lean to small first orders: one more observation of it, zero, with the usual spread.
-        double slope = 0;
-        if (order == PhaseOrder::first) {
-            const double lean = 1 / (usual_first_order * usual_first_order);
-            slope = (wxe - wx * we / w - lean * phase.first_order) / (wxx - wx * wx / w + lean);
-        }
-        phase.zero_order += (we - wx * slope) / w;
-        phase.first_order += slope;
-    }
-    return phase;
-}
 
 // How much of the regions' weight speaks against a phase, 0 to 1.
 double disagreement(std::span<const PhasedRegion> regions, const PhaseLine& phase) {
@@ -184,21 +144,25 @@ PhaseLine choose(std::span<const PhasedRegion> regions, const PhaseScore& score,
 }
 
 // The regression over the regions that agree with a phase, their own phases known better each time.
-PhaseLine refine(std::span<const PhasedRegion> regions, const BinnedSpectrum& spectrum, PhaseLine phase, PhaseOrder order) {
+PhaseLine refine(std::span<const PhasedRegion> regions, std::span<const BinnedSpectrum> pyramid, PhaseLine phase,
+                 PhaseOrder order) {
     std::vector<PhasedRegion> refined(regions.begin(), regions.end());
     for (int round = 0; round < 2 && agreeing(refined, phase) > 0; ++round) {
         phase = regress(refined, phase, order);
-        refined = phase_by_flanks({regions.begin(), regions.end()}, spectrum, phase);
+        refined = phase_by_flanks({regions.begin(), regions.end()}, pyramid, phase, order);
     }
     return regress(refined, phase, order);
 }
 
-// The greater part of the area is taken to be positive; where there are lines, theirs, which no baseline touches.
+// The greater part of the area is taken to be positive; where there are lines, theirs, which no baseline touches. What seems a
+// broad line may be baseline, too.
 bool upside_down(std::span<const Line> lines, size_t points, const PhaseScore& score, const PhaseLine& phase) {
     if (lines.empty()) return score.area({phase.zero_order + pi, phase.first_order}) < score.area(phase);
     double sum = 0;
+    const bool narrow = std::any_of(lines.begin(), lines.end(), [&](const Line& line) { return !is_broad(line, points); });
     for (const Line& line : lines)
-        sum += line.height * line.half_width * std::cos(line.phase - phase.at(line.point / static_cast<double>(points)));
+        if (!narrow || !is_broad(line, points))
+            sum += line.height * line.half_width * std::cos(line.phase - phase.at(line.point / static_cast<double>(points)));
     return sum < 0;
 }
 
@@ -222,7 +186,7 @@ std::optional<FoundPhase> find_phase(std::span<const Complex> spectrum, PhaseOrd
     const PhaseScore score(std::move(coarse), spectrum.size());
     PhaseLine best = choose(regions, score, pivot, order);
     if (agreeing(regions, best) > 0)
-        best = refine(regions, pyramid[0], best, order);
+        best = refine(regions, pyramid, best, order);
     else
         best = minimise([&](const PhaseLine& phase) { return score.area(phase); }, best, pivot, order, 5 * degree, 60);
     if (upside_down(lines, spectrum.size(), score, best)) best.zero_order += pi;

@@ -1,4 +1,4 @@
-// Flanks and integrals of regions, and what they say together with the lines.
+// Flanks of strong regions, and what they say together with the lines.
 #include "processing/auto_phase_flanks.h"
 
 #include <algorithm>
@@ -15,11 +15,9 @@ namespace {
 using Value = std::complex<double>;
 
 constexpr double pi = std::numbers::pi, degree = pi / 180;
-// What each way is off however strong the signals are.
-constexpr double flanks_floor = 2 * degree;
-constexpr double strong_flanks_floor = 8 * degree;  // there it is not the noise that counts but how real lines look
-constexpr double integral_floor = 4 * degree;
-constexpr double model_floor = 2 * degree;
+// What flanks are off however strong the signals are: it is not the noise that counts but how real lines look.
+constexpr double flanks_floor = 8 * degree;
+constexpr double broad_doubt = 6;                    // variance of broad lines over what their fit tells: they may be baseline
 constexpr double flank_begin = 1.5, flank_end = 12;  // half widths beside a line
 constexpr double trusted = 0.85;                     // cosine of what a fitted line may be off
 
@@ -91,9 +89,13 @@ private:
 };
 
 // The phase of a region by its flanks, starting from one that is near.
-KnownPhase phase_of_flanks(const PhasedRegion& region, size_t first, size_t last, const FlankedSpectrum& flanked,
-                           const BinnedSpectrum& spectrum, const PhaseLine& near) {
+KnownPhase phase_of_flanks(const PhasedRegion& region, const FlankedSpectrum& flanked, const BinnedSpectrum& spectrum,
+                           const PhaseLine& near) {
     const auto points = static_cast<double>(spectrum.bins.size());
+    double width = 0;
+    for (const Line& line : region.lines) width = std::max(width, line.half_width);
+    const auto first = static_cast<size_t>(std::clamp(region.lines.front().point - flank_end * width, 0.0, points - 1));
+    const auto last = static_cast<size_t>(std::clamp(region.lines.back().point + flank_end * width, 0.0, points - 1));
     double phase = near.at(region.place);
     KnownPhase part;
     for (int step = 0; step < 2; ++step) {
@@ -108,40 +110,7 @@ KnownPhase phase_of_flanks(const PhasedRegion& region, size_t first, size_t last
         if (std::abs(part.phase) > 60 * degree || part.variance > 1) return unknown_phase;
         phase += part.phase;
     }
-    const double floor = region.strong ? strong_flanks_floor : flanks_floor;
-    return {phase, part.variance + floor * floor};
-}
-
-// The phase of a region's integral, over a window about its middle that takes in its feet alike; what stands beside it is taken
-// for background. Dispersion cancels as far as the region is in the middle of the window.
-KnownPhase phase_of_integral(const PhasedRegion& region, const BinnedSpectrum& spectrum, const PhaseLine& near) {
-    const auto points = static_cast<double>(spectrum.bins.size());
-    double first = 1e300, last = -1e300, area = 0, middle = 0;
-    for (const Line& line : region.lines) {
-        first = std::min(first, line.point - 4 * line.half_width);
-        last = std::max(last, line.point + 4 * line.half_width);
-        area += line.height * line.half_width;
-        middle += line.height * line.half_width * line.point;
-    }
-    middle /= area;
-    const double reach = std::max({last - middle, middle - first, 3.0}), side = 1.5 * reach;
-    if (middle - side < 0 || middle + side > points - 1) return unknown_phase;
-    Value inside = 0, beside = 0;
-    double count = 0, others = 0;
-    for (auto i = static_cast<size_t>(middle - side); i <= static_cast<size_t>(middle + side); ++i) {
-        const auto x = static_cast<double>(i);
-        const Value turned = times(spectrum.bins[i], std::polar(1.0, -near.at(x / points)));
-        if (std::abs(x - middle) <= reach) {
-            inside += turned;
-            count += 1;
-        } else {
-            beside += turned;
-            others += 1;
-        }
-    }
-    const Value sum = inside - beside * (count / others);
-    const double noise = spectrum.noise * spectrum.noise * spectrum.alike * count * (1 + count / others);
-    return {near.at(region.place) + std::arg(sum), noise / std::max(std::norm(sum), 1e-300) + integral_floor * integral_floor};
+    return {phase, part.variance + flanks_floor * flanks_floor};
 }
 
 // The mean of what agrees: where one is far from the others, it is left out.
@@ -175,25 +144,21 @@ KnownPhase agreed(std::span<KnownPhase> parts) {
 
 }  // namespace
 
-std::vector<PhasedRegion> phase_by_flanks(std::vector<PhasedRegion> regions, const BinnedSpectrum& spectrum,
-                                          const PhaseLine& near) {
-    const std::vector<KnownPhase> modelled = phase_by_model(regions, spectrum, near);
+std::vector<PhasedRegion> phase_by_flanks(std::vector<PhasedRegion> regions, std::span<const BinnedSpectrum> pyramid,
+                                          const PhaseLine& near, PhaseOrder order) {
+    const BinnedSpectrum& spectrum = pyramid[0];
+    const std::vector<KnownPhase> modelled = phase_by_model(regions, pyramid, near, order);
     const FlankedSpectrum flanked(regions, spectrum, near);
-    const auto end = static_cast<double>(spectrum.bins.size() - 1);
-    for (PhasedRegion& region : regions) {
-        double width = 0;
-        for (const Line& line : region.lines) width = std::max(width, line.half_width);
-        if (is_broad(region.lines[0], spectrum.bins.size())) continue;
-        const auto first = static_cast<size_t>(std::clamp(region.lines.front().point - flank_end * width, 0.0, end));
-        const auto last = static_cast<size_t>(std::clamp(region.lines.back().point + flank_end * width, 0.0, end));
-        const KnownPhase part = phase_of_flanks(region, first, last, flanked, spectrum, near);
-        std::array<KnownPhase, 3> parts = {KnownPhase{region.phase, region.variance}, part, unknown_phase};
-        if (!region.strong) {
-            const KnownPhase& model = modelled[static_cast<size_t>(&region - regions.data())];
-            parts[0] = {model.phase, model.variance + model_floor * model_floor};
-            parts[2] = phase_of_integral(region, spectrum, near);
+    for (size_t i = 0; i < regions.size(); ++i) {
+        PhasedRegion& region = regions[i];
+        KnownPhase best = modelled[i];
+        if (is_broad(region.lines[0], spectrum.bins.size())) {
+            best = {region.phase, region.variance * broad_doubt};
+        } else if (region.strong) {
+            std::array<KnownPhase, 2> parts = {KnownPhase{region.phase, region.variance},
+                                               phase_of_flanks(region, flanked, spectrum, near)};
+            best = agreed(parts);
         }
-        const KnownPhase best = agreed(parts);
         region.phase = best.phase;
         region.variance = best.variance;
     }

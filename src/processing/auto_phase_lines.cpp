@@ -13,10 +13,9 @@ namespace {
 using Value = std::complex<double>;
 
 constexpr size_t fewest_bins = 64;
-constexpr size_t most_peaks = 256;      // of one bin width
-constexpr double detection = 4.5;       // a peak stands this many times above the noise
-constexpr double widest = 3.2;          // half width at half height in bins; broader lines are fitted in wider bins
-constexpr double narrowest = 0.75;      // narrower lines are fitted in narrower bins
+constexpr size_t most_peaks = 256;     // of one bin width
+constexpr double widest = 3.2;         // half width at half height in bins; broader lines are fitted in wider bins
+constexpr double narrowest = 0.75;     // narrower lines are fitted in narrower bins
 constexpr double certain_phase = 0.5;  // radians; a fit that knows its phase worse is of no use
 
 Value inverse(Value a) { return std::conj(a) / std::norm(a); }
@@ -47,10 +46,13 @@ double noise_of(std::span<const Value> x) {
     return *tenth;
 }
 
+// A peak stands this many times above the noise: of all bins, chance makes one peak as high in twenty spectra.
+double detection(const BinnedSpectrum& spectrum) { return std::sqrt(2 * std::log(20 * static_cast<double>(spectrum.bins.size()))); }
+
 std::vector<size_t> find_peaks(const BinnedSpectrum& spectrum) {
     const auto& x = spectrum.bins;
     std::vector<std::pair<double, size_t>> peaks;
-    const double least = detection * detection * spectrum.noise * spectrum.noise;
+    const double least = std::pow(detection(spectrum) * spectrum.noise, 2);
     double before = std::norm(x[0]), here = std::norm(x[1]);
     for (size_t i = 1; i + 1 < x.size(); ++i) {
         const double next = std::norm(x[i + 1]);
@@ -210,7 +212,7 @@ std::optional<Line> line_of(const Fit& fit, std::span<const BinnedSpectrum> pyra
     const BinnedSpectrum& spectrum = pyramid[level];
     const double half_width = std::abs(fit.pole.imag()), size = std::abs(fit.amplitude), height = size / half_width;
     if (half_width > widest || (half_width < narrowest && level > 0) || half_width < 0.2) return std::nullopt;
-    if (!(height > detection * spectrum.noise) || fit.background > 0.7 * height) return std::nullopt;
+    if (!(height > detection(spectrum) * spectrum.noise) || fit.background > 0.7 * height) return std::nullopt;
     Line line;
     line.variance = fit.variance * std::max(fit.misfit, spectrum.alike * spectrum.noise * spectrum.noise) / (size * size);
     if (!(line.variance < certain_phase * certain_phase)) return std::nullopt;

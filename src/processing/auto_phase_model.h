@@ -1,16 +1,18 @@
-// Regions fitted as sums of lines that share one phase, for automatic phase correction.
+// Lines of weak regions fitted all together with one phase, for automatic phase correction.
 #pragma once
 
 #include <span>
 #include <vector>
 
 #include "processing/auto_phase_regions.h"
+#include "processing/auto_phase_regression.h"
 
 namespace zolt {
 
-/// Fits the lines of each weak region together, starting from a phase that is near: heights, places and widths of their own, the
-/// phase in common. The phases of the regions in order, unknown where a region is strong or broad.
-std::vector<KnownPhase> phase_by_model(std::span<const PhasedRegion> regions, const BinnedSpectrum& spectrum,
-                                       const PhaseLine& near);
+/// What least squares know of the phases of the weak regions, starting from a phase that is near: heights, places and widths of
+/// all their lines and one phase of the given order are fitted together, more lines wherever the residual shows them. Others,
+/// strong regions and broad lines, are only taken away. `unknown_phase` for those.
+std::vector<KnownPhase> phase_by_model(std::span<const PhasedRegion> regions, std::span<const BinnedSpectrum> pyramid,
+                                       const PhaseLine& near, PhaseOrder order);
 
 }  // namespace zolt

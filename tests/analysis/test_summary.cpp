@@ -1,7 +1,6 @@
-// SUMMARY: its parts, where it goes, what it refuses; the noise of a spectrum with signals and a slope.
+// SUMMARY: its parts, where it goes, what it refuses.
 #include <cmath>
 
-#include "analysis/noise.h"
 #include "analysis/summary.h"
 #include "state/session.h"
 #include "support.h"
@@ -22,24 +21,6 @@ std::vector<Complex> noisy(size_t points, float deviation) {
         point = {deviation * sum, 1e6F};
     }
     return all;
-}
-
-TEST(Noise, IsThatBetweenTheSignals) {
-    for (const size_t count : {size_t{600}, size_t{65536}}) {
-        std::vector<Complex> points = noisy(count, 3);
-        EXPECT_NEAR(noise_deviation(points), 3, count > 1000 ? 0.15 : 0.9);
-        for (size_t i = 0; i < count; ++i) {
-            points[i] += 1e4F + 5e5F * static_cast<float>(i) / static_cast<float>(count);  // a slope is no noise
-            if (i % (count / 8) < count / 40) points[i] += 1e5F;                           // nor are signals
-        }
-        EXPECT_NEAR(noise_deviation(points), 3, count > 1000 ? 0.3 : 1.2);
-        std::fill(points.begin(), points.begin() + static_cast<std::ptrdiff_t>(count / 2), Complex());
-        EXPECT_GT(noise_deviation(points), 1.5) << "what was zeroed does not count";
-        points[count - 1] = {NAN, 0};
-        EXPECT_TRUE(std::isfinite(noise_deviation(points)));
-    }
-    EXPECT_EQ(noise_deviation(std::vector<Complex>(15, {1, 0})), 0);
-    EXPECT_EQ(noise_deviation({}), 0);
 }
 
 class SummaryTest : public test::CommandTest {};
@@ -69,7 +50,7 @@ TEST_F(SummaryTest, HasEveryPart) {
           "top\r\n"})
         EXPECT_NE(text.find(part), std::string::npos) << part << "\n" << text;
     const double ratio = std::stod(text.substr(text.find("S/N") + 14));
-    EXPECT_TRUE(ratio > 850 && ratio < 1150) << ratio;
+    EXPECT_TRUE(ratio > 425 && ratio < 575) << ratio;
     for (size_t i = 0; i < text.size(); ++i) {
         if (text[i] == '\n') {
             EXPECT_TRUE(i > 0 && text[i - 1] == '\r') << i;
@@ -94,7 +75,7 @@ TEST_F(SummaryTest, GoesToReplyClipboardAndFile) {
     EXPECT_EQ(run("SUMMARY a"), 1);
     EXPECT_EQ(test::read_file(root_.path("a.txt")), text);
     refused("SUMMARY a.TXT.zolt", "The summary is a text, not .zolt");
-    refused("SUMMARY none/a.txt", "Could not open File");
+    for (const char* name : {"none/a.txt", "/dev/null"}) refused(std::string("SUMMARY ") + name, "Could not open File");
     root_.write("b.txt", "old");
     refused("SUMMARY b.txt", "Overwrite?");
     settings.no_file_overwrite = true;

@@ -36,7 +36,7 @@ protected:
 };
 
 TEST_F(ExampleTest, StrychnineComesOutPhasedAndReferenced) {
-    ASSERT_EQ(run("IM " ZOLT_EXAMPLES "/strychnine_1h/10"), 1) << platform_.said();
+    ASSERT_EQ(run("IM " + test::examples() + "/strychnine_1h/10"), 1) << platform_.said();
     EXPECT_EQ(name_of(show.file_a), "strychnine_1h_10.zolt");
     EXPECT_EQ(show.dims[0].nucleus, "1H");
     EXPECT_EQ(show.solvent, "CDCl3");
@@ -74,7 +74,7 @@ TEST_F(ExampleTest, StrychninesMultipletsArePicked) {
 }
 
 TEST_F(ExampleTest, ASavedFidWaitsForItsTransformAsBefore) {
-    ASSERT_EQ(run("IM " ZOLT_EXAMPLES "/strychnine_1h/10/fid"), 1) << platform_.said();
+    ASSERT_EQ(run("IM " + test::examples() + "/strychnine_1h/10/fid"), 1) << platform_.said();
     const std::string saved = root_.path("fid.zolt");
     const auto phases = show.phase;
     ASSERT_EQ(run("SA " + saved), 1) << platform_.said();
@@ -116,7 +116,7 @@ TEST_F(ExampleTest, CaryophylleneComesOutByOneCommand) {
         return std::any_of(found.begin(), found.end(),
                            [&](const auto& p) { return std::abs(p.first - x) < within_x && std::abs(p.second - y) < within_y; });
     };
-    ASSERT_EQ(run("IM " ZOLT_EXAMPLES "/caryophyllene_oxide/14"), 1) << platform_.said();
+    ASSERT_EQ(run("IM " + test::examples() + "/caryophyllene_oxide/14"), 1) << platform_.said();
     ASSERT_EQ(run("Process"), 1) << platform_.said();
     const auto hsqc = tallest_points(12);
     for (const auto& [h, c] : {std::pair{1.00, 29.7}, {1.02, 21.5}, {1.21, 16.9}, {4.87, 112.8}, {2.88, 63.7}, {2.62, 48.7}})
@@ -127,7 +127,7 @@ TEST_F(ExampleTest, CaryophylleneComesOutByOneCommand) {
     EXPECT_GT(least, -0.05F * most) << "all of one sign";
     platform_.default_answer = Answer::yes;
     ASSERT_EQ(run("AR off"), 1);
-    ASSERT_EQ(run("IM " ZOLT_EXAMPLES "/caryophyllene_oxide/13"), 1) << platform_.said();
+    ASSERT_EQ(run("IM " + test::examples() + "/caryophyllene_oxide/13"), 1) << platform_.said();
     ASSERT_EQ(run("Process"), 1) << platform_.said();
     const auto cosy = tallest_points(12);
     for (const double shift : {1.02, 1.22, 1.63, 1.78, 4.87, 4.99}) EXPECT_TRUE(has(cosy, shift, shift, 0.02, 0.02)) << shift;

@@ -52,7 +52,7 @@ TEST_F(ConfigTest, EveryKeyIsNamedOnceExplainedAndHoldsItsDefault) {
         EXPECT_EQ(canonical_value(key, key.fallback), key.fallback) << key.name;
         EXPECT_EQ(setting_text(key), key.fallback) << key.name;
     }
-    EXPECT_EQ(test::read_file(ZOLT_INI), sample_ini()) << "the shipped file is written by: ini sample ZOLT.INI";
+    EXPECT_EQ(test::read_file(test::shipped_ini()), sample_ini()) << "the shipped file is written by: ini sample ZOLT.INI";
 }
 
 TEST_F(ConfigTest, ValuesOfEveryType) {

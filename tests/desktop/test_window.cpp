@@ -175,6 +175,21 @@ TEST_F(WindowTest, ADragPhases) {
     EXPECT_EQ(view.cursor().shape(), Qt::CrossCursor);
 }
 
+TEST_F(WindowTest, ADragIntegrates) {
+    load_spectrum();
+    PlotView& view = plot();
+    type("ID");
+    QTest::mousePress(&view, Qt::LeftButton, {}, {300, 200});
+    QTest::mouseMove(&view, {350, 190});
+    QTest::mouseRelease(&view, Qt::LeftButton, {}, {400, 200});
+    ASSERT_EQ(show.integrals.size(), 1U);
+    EXPECT_LT(show.integrals[0].start, show.integrals[0].end);
+    EXPECT_EQ(shown_points(show), std::pair(0.0, 1000.0)) << "no drag of the plot's own";
+    QTest::keyClick(&window_, Qt::Key_D);
+    EXPECT_TRUE(show.integrals.empty());
+    QTest::keyClick(&window_, Qt::Key_Return);
+}
+
 TEST_F(WindowTest, MenusTeachCommandsAndGreyWhatCannotBe) {
     EXPECT_GE(window_.menuBar()->actions().size(), 7);
     for (const char* line : {"FT", "GA", "LP", "XYZ FULL"}) ASSERT_NE(action(line), nullptr) << line;
@@ -299,7 +314,7 @@ TEST_F(WindowTest, DroppedFoldersAreImportedAndFilesOpened) {
         QDropEvent event(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(&window_, &event);
     };
-    drop(std::string(ZOLT_EXAMPLES) + "/strychnine_1h/10");
+    drop(test::examples() + "/strychnine_1h/10");
     EXPECT_TRUE(show.loaded && show.dims[0].nucleus == "1H");
     write_set("a file with blanks.zolt", {16, 1, 1, 1});
     drop(root_.path("a file with blanks.zolt"));
@@ -334,9 +349,9 @@ TEST_F(WindowTest, ClosingAsksAndLongWorkCanBeCancelled) {
 }
 
 TEST_F(WindowTest, DescribesFilesWithoutImportingThem) {
-    EXPECT_EQ(describe_data(std::string(ZOLT_EXAMPLES) + "/strychnine_1h/10"),
-              describe_data(std::string(ZOLT_EXAMPLES) + "/strychnine_1h/10/fid"));
-    const std::string example = describe_data(std::string(ZOLT_EXAMPLES) + "/strychnine_1h/10/fid");
+    EXPECT_EQ(describe_data(test::examples() + "/strychnine_1h/10"),
+              describe_data(test::examples() + "/strychnine_1h/10/fid"));
+    const std::string example = describe_data(test::examples() + "/strychnine_1h/10/fid");
     EXPECT_TRUE(example.find("\u00b9H \u00b7 400.13 MHz") != std::string::npos) << example;
     write_set("a.zolt", {16, 4, 1, 1}, [](DataSet& data) { data.dims[0].nucleus = "13C"; });
     EXPECT_TRUE(describe_data(root_.path("a.zolt")).ends_with("\u00b9\u00b3C \u00b7 16 \u00d7 4 points"));

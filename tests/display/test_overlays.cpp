@@ -227,7 +227,7 @@ TEST_F(OverlayTest, AddingByKeysAndMouse) {
     EXPECT_EQ(data(), before);
     EXPECT_EQ(session.sub_routine, nullptr);
     ASSERT_EQ(run("AS"), 2);
-    keys("++x");
+    keys("s++x");
     EXPECT_TRUE(said("Sub-Command not known."));
     handle_mouse({MouseEvent::Kind::press});
     handle_mouse({MouseEvent::Kind::release, 0, 0, -20, 5, 1000, 500});

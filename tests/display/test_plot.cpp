@@ -235,6 +235,7 @@ TEST_F(MetafileTest, Refuses) {
         refused(std::string("metafile ") + rest, "  - USAGE: metafile NAME.svg / .pdf", 2);
     for (const char* name : {"a.png", "a.PDF"})
         refused(std::string("metafile ") + name, "zolt-cli writes pictures as SVG; zolt writes PDF and PNG.");
+    refused("metafile /dev/null", "Could not open File: /dev/null");
     refused("metafile a.eps", "SVG, PDF and PNG can be written here, not .eps.");
     refused("metafile " + root_.path() + "/", "is a folder");
     refused("metafile none/a.svg", "Could not open File: " + root_.path("none/a.svg"));

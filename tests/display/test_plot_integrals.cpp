@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "datafile/integrals.h"
-#include "display/label_spread.h"
 #include "display/lettering.h"
 #include "display/plot_integrals.h"
 #include "state/session.h"
@@ -101,16 +100,6 @@ TEST_F(PlotIntegralsTest, ValuesNeverTouchNorLeaveTheSheet) {
                 EXPECT_LE(end, width);
             }
     }
-}
-
-TEST(LabelSpread, NearestPlacesInOrder) {
-    std::vector<SpreadLabel> labels = {{10, 20, 1}, {50, 20, 1}, {52, 20, 1}, {54, 20, 9}, {99, 20, 1}};
-    EXPECT_NEAR(spread_labels(labels, 0, 120), 18, 1e-9);
-    const double want[] = {10, 32, 52, 72, 99};
-    for (size_t i = 0; i < 5; ++i) EXPECT_NEAR(labels[i].place, want[i], 1e-9) << i;
-    spread_labels(labels, 0, 45);
-    EXPECT_TRUE(labels[3].shown && labels[4].shown && !labels[0].shown && !labels[1].shown && !labels[2].shown);
-    EXPECT_NEAR(labels[4].place, 35, 1e-9) << "kept from the end";
 }
 
 }  // namespace

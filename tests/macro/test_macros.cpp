@@ -249,9 +249,9 @@ TEST_F(MacroTest, TheLogHoldsLinesOfMacrosAndGoesIntoDataFiles) {
 }
 
 TEST_F(MacroTest, TheExamplesRunOnTheExampleData) {
-    const std::string macros = ZOLT_EXAMPLES "/macros/";
+    const std::string macros = test::examples() + "/macros/";
     std::error_code error;
-    std::filesystem::create_symlink(ZOLT_EXAMPLES "/strychnine_1h/10", root_.path("10"), error);
+    std::filesystem::create_symlink(test::examples() + "/strychnine_1h/10", root_.path("10"), error);
     root_.write("9/fid", "short");
     EXPECT_EQ(run("RU \"" + macros + "batch_convert\""), 1);
     EXPECT_EQ(last_status(), completed);
@@ -262,7 +262,7 @@ TEST_F(MacroTest, TheExamplesRunOnTheExampleData) {
     const std::string table = test::read_file(root_.path("DATA/integrals.csv"));
     EXPECT_TRUE(table.starts_with("file,aromatic,aliphatic,ratio\r\n")) << table;
     EXPECT_TRUE(table.ends_with(",0.2277\r\n")) << table;
-    platform_.answers = {ZOLT_EXAMPLES "/caryophyllene_oxide/13/ser"};
+    platform_.answers = {test::examples() + "/caryophyllene_oxide/13/ser"};
     EXPECT_EQ(run("RU \"" + macros + "process_2d\""), 1);
     EXPECT_EQ(last_status(), completed) << platform_.said();
     EXPECT_EQ(show.dims[1].points, 1024);

@@ -51,6 +51,9 @@ TEST_F(AutoPhaseTest, FindsThePhases) {
     std::vector<Signal> mixed = molecule, weak = molecule, one = {{0.6, 3, 200}}, upside = molecule;
     for (size_t i = 0; i < mixed.size(); i += 4) mixed[i].height *= -1;
     for (Signal& line : weak) line.height /= 40;
+    std::vector<Signal> crowded = {{0.3, 4, 12}, {0.7, 4, 10}, {0.85, 4, 9}}, sunk = weak;
+    for (int i = 0; i < 8; ++i) crowded.push_back({0.5 + i * 3e-4, 4, 6});  // lines that hide in one another
+    sunk.push_back({0.5, 1500, -15});
     const struct {
         const char* name;
         std::vector<Signal> signals;
@@ -60,7 +63,9 @@ TEST_F(AutoPhaseTest, FindsThePhases) {
                 {"negative first order", molecule, 32768, -170, -300, 0, 1},
                 {"rolling baseline", molecule, 32768, 95, 60, 60, 2},
                 {"lines of both signs", mixed, 32768, 130, -90, 0, 2},
-                {"weak", weak, 32768, -60, 100, 0, 5},
+                {"weak", weak, 32768, -60, 100, 0, 3},
+                {"weak, overlapping", crowded, 32768, 60, -100, 0, 9},
+                {"more area below than above, but no lines", sunk, 32768, 20, 70, 0, 6},
                 {"no power of two", molecule, 20000, 75, -45, 0, 2}};
     for (const auto& row : rows) {
         load(turned_spectrum(row.signals, row.n, row.a, row.b, row.roll), domain_complex, true);
