@@ -125,7 +125,7 @@ std::vector<std::optional<double>> places_of(const std::vector<Value>& values, c
         const double width = horizontal ? text_width(value.text, size) + 6 : size + 2;
         wishes.push_back({value.centre, width, value.weight});
     }
-    return place_labels(wishes, edge, layout.width - edge, layout.width);
+    return place_labels(wishes, layout.margin, layout.width - layout.margin, layout.width);
 }
 
 void add_values(Picture& picture, const PlotLayout& layout, const std::vector<Value>& values) {

@@ -16,7 +16,6 @@ namespace zolt {
 
 namespace {
 
-constexpr double edge = 4;                                       // of the sheet, kept free of labels
 constexpr double mark_gap = 3, mark_length = 6, mark_room = 11;  // above the top of a peak
 constexpr double upright = 4, slanted = 15, label_gap = 3;       // of the line from a label to its peak
 constexpr double lines_room = mark_room + 2 * upright + slanted + label_gap;
@@ -180,7 +179,7 @@ void add_peaks(Picture& picture, const PlotLayout& layout, const DataSet& data, 
     }
     // Labels right above their peaks cannot go far: their lines would run through the neighbours.
     const double farthest = on_top ? pitch : 6 * pitch;
-    const auto places = place_labels(wishes, edge, layout.width - edge, farthest);
+    const auto places = place_labels(wishes, layout.margin, layout.width - layout.margin, farthest);
     for (size_t i = 0; i < labels.size(); ++i) {
         if (!spreads)
             add_label(picture, layout, labels[i], wishes[i].place, on_top);

@@ -13,8 +13,8 @@ namespace zolt {
 /// region, so that nothing moves while one zooms.
 double peak_label_room(const DataSet& data, const PlotLayout& layout);
 
-/// Labels stand in one row, spread sideways, none over another and none off the sheet; where they do not all fit, the tallest
-/// peaks have theirs and the others only marks.
+/// Labels stand in one row, spread sideways, none over another and none beside the heading's margins; where they do not all fit,
+/// the tallest peaks have theirs and the others only marks.
 void add_peaks(Picture& picture, const PlotLayout& layout, const DataSet& data, std::span<const Peak> peaks);
 
 /// The minimum height across the plot (below zero, too, when lines that point down are picked), with a text at its right end.
