@@ -52,16 +52,20 @@ bool peak_mouse(const MouseEvent& event);
 void draw_list_to_be(Picture& picture, const PlotLayout& layout);
 
 const SubRoutine picking = {"MH",
-                            "MH:  drag, U D minimum height   click adds or takes out a peak   Enter picks   Esc takes back",
+                            "MH:  drag, U D height   click adds, takes out   Enter picks   Esc takes back",
                             peak_key,
                             peak_mouse,
                             draw_list_to_be,
                             Pointer::level};
 
-void tell() {
-    platform().reply(format_text("%s   now: %zu peaks above %s", picking.keys, list_to_be().size(),
-                                 height_text(work.scale, work.height).c_str()));
+std::string state_text() {
+    const size_t count = list_to_be().size();
+    std::string text = format_text("%zu peak%s", count, count == 1 ? "" : "s");
+    if (work.scale.tallest > 0) text += format_text(" \u00b7 %.3g %%", 100 * work.height / work.scale.tallest);
+    return text;
 }
+
+void tell() { platform().reply(std::string(picking.keys) + "   now: " + state_text()); }
 
 void set_height(double height) {
     work.height = std::max(height, 0.0);
@@ -154,11 +158,8 @@ bool peak_key(int character) {
 }
 
 void draw_list_to_be(Picture& picture, const PlotLayout& layout) {
-    const std::vector<Peak> list = list_to_be();
-    add_peaks(picture, layout, show, list);
-    std::string text = format_text("%zu peak%s", list.size(), list.size() == 1 ? "" : "s");
-    if (work.scale.tallest > 0) text += format_text(" \u00b7 %.3g %%", 100 * work.height / work.scale.tallest);
-    add_height_line(picture, layout, work.height, text);
+    add_peaks(picture, layout, show, list_to_be());
+    add_height_line(picture, layout, work.height, state_text());
 }
 
 }  // namespace

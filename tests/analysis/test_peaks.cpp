@@ -228,7 +228,7 @@ TEST_F(PeakListTest, WithTheMouse) {
     const auto before = show.peaks;
     EXPECT_EQ(run("MH"), 2);
     drag_to(600);
-    EXPECT_NE(platform_.replies.back().find("1 peaks above 600"), std::string::npos) << platform_.replies.back();
+    EXPECT_NE(platform_.replies.back().find("now: 1 peak \u00b7 60 %"), std::string::npos) << platform_.replies.back();
     keys("\\e");
     EXPECT_EQ(show.peaks, before);
     EXPECT_EQ(session.peaks.height_unit, HeightUnit::automatic);

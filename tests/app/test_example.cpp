@@ -59,6 +59,20 @@ TEST_F(ExampleTest, StrychnineComesOutPhasedAndReferenced) {
     EXPECT_LT(negative, 0.002 * (positive + negative)) << "lines are upright";
 }
 
+TEST_F(ExampleTest, StrychninesMultipletsArePicked) {
+    ASSERT_EQ(run("IM " ZOLT_EXAMPLES "/strychnine_1h/10"), 1) << platform_.said();
+    process();
+    ASSERT_EQ(run("DP"), 1) << platform_.said();
+    // H-22 is three lines, H-13 a doublet of triplets, H-15b a doublet; at both ends there is nothing.
+    const std::tuple<double, double, size_t> rows[] = {{5.97, 5.85, 3}, {1.30, 1.24, 6}, {1.50, 1.42, 2},
+                                                       {18, 12, 0},     {11, 8.2, 0},    {-0.1, -6, 0}};
+    for (const auto& [from, to, count] : rows)
+        EXPECT_EQ(std::count_if(show.peaks.begin(), show.peaks.end(),
+                                [a = from, b = to](const Peak& peak) { return peak.ppm < a && peak.ppm > b; }),
+                  static_cast<std::ptrdiff_t>(count))
+            << from;
+}
+
 TEST_F(ExampleTest, ASavedFidWaitsForItsTransformAsBefore) {
     ASSERT_EQ(run("IM " + test::examples() + "/strychnine_1h/10/fid"), 1) << platform_.said();
     const std::string saved = root_.path("fid.zolt");
