@@ -60,7 +60,7 @@ TEST_F(ExampleTest, StrychnineComesOutPhasedAndReferenced) {
 }
 
 TEST_F(ExampleTest, StrychninesMultipletsArePicked) {
-    ASSERT_EQ(run("IM " ZOLT_EXAMPLES "/strychnine_1h/10"), 1) << platform_.said();
+    ASSERT_EQ(run("IM " + test::examples() + "/strychnine_1h/10"), 1) << platform_.said();
     process();
     ASSERT_EQ(run("DP"), 1) << platform_.said();
     // H-22 is three lines, H-13 a doublet of triplets, H-15b a doublet; at both ends there is nothing.
