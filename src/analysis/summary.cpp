@@ -7,13 +7,13 @@
 #include <string_view>
 #include <vector>
 
+#include "analysis/peak_list.h"
 #include "analysis/peaks.h"
 #include "common/file.h"
 #include "common/text.h"
 #include "datafile/file_commands.h"
 #include "datafile/integrals.h"
 #include "datafile/native_file.h"
-#include "datafile/peaklist.h"
 #include "platform/platform.h"
 #include "state/parameter_list.h"
 #include "state/session.h"
@@ -90,7 +90,7 @@ std::string lists(const DataSet& data) {
     if (!data.integrals.empty())
         text += heading("INTEGRALS") +
                 integral_listing(data.integrals, data.dims[0], static_cast<double>(data.rel_value), ListForm::columns);
-    if (!data.peaks.empty()) text += heading("PEAKS") + peak_listing(data);
+    if (!data.peaks.empty()) text += heading("PEAKS") + peak_table(data, data.peaks, false);
     return text;
 }
 

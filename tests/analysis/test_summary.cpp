@@ -46,7 +46,7 @@ TEST_F(SummaryTest, HasEveryPart) {
          {"Title         first line second\r\n", "Slice         3 of 8\r\n", "Scans         16\r\n", "Solvent       CDCl3\r\n",
           "\r\nDimension     1                         2\r\nNucleus       1H                        13C\r\n",
           "\r\nSW            5000.00 Hz (12.500 ppm)\r\n", "\r\nPhase         -12.50, 3.00 degrees\r\n", "2000 at 3.1242 ppm\r\n",
-          "PROCESSING\r\n\u2026 6 earlier lines\r\nline7\r\n", "\r\nline30\r\n", "     5.00\r\n", "PEAKS\r\n1D\r\nPEAK   PPM",
+          "PROCESSING\r\n\u2026 6 earlier lines\r\nline7\r\n", "\r\nline30\r\n", "     5.00\r\n", "PEAKS\r\nPeak      Point",
           "top\r\n"})
         EXPECT_NE(text.find(part), std::string::npos) << part << "\n" << text;
     const double ratio = std::stod(text.substr(text.find("S/N") + 14));
