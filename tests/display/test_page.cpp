@@ -64,9 +64,7 @@ protected:
         const std::vector<Box> boxes = text_boxes(page);
         for (size_t i = 0; i < boxes.size(); ++i) {
             const Box& a = boxes[i];
-            // What is written at the ends of the axis hangs over.
-            const double over = a.ink == Ink::text ? 0.1 : 24;
-            EXPECT_TRUE(a.left >= margin - over && a.right <= page.width - margin + over && a.top >= margin - 1 &&
+            EXPECT_TRUE(a.left >= margin - 0.1 && a.right <= page.width - margin + 0.1 && a.top >= margin - 1 &&
                         a.bottom <= page.height - margin + 1)
                 << what << ": " << a.words << " leaves the margins";
             for (size_t k = 0; k < i; ++k) {
@@ -77,7 +75,7 @@ protected:
         }
         for (const PictureRecord& record : page.records)
             for (const auto [x, y] : stroke_points(record))
-                ASSERT_TRUE(x >= margin - 24 && x <= page.width - margin + 24 && y >= margin && y <= page.height - margin + 1)
+                ASSERT_TRUE(x >= margin - 1 && x <= page.width - margin + 1 && y >= margin && y <= page.height - margin + 1)
                     << what;
     }
 };
