@@ -111,6 +111,17 @@ class Workshop:
         subprocess.run(command, env=environment, check=True)
         return 1000 * (time.perf_counter() - start)
 
+    def files_ms(self):
+        """The files alone: the source read, and as many bytes as the target has written to a new file, from memory in use."""
+        target = self.target("files")
+        target.unlink(missing_ok=True)
+        content = self.content
+        start = time.perf_counter()
+        np.fromfile(self.source, np.uint8, count=content.size)
+        with open(target, "wb", buffering=0) as file:
+            file.write(content.data)
+        return 1000 * (time.perf_counter() - start)
+
     # ---- is it the same work?
 
     def check_zolt(self, threads):
@@ -148,7 +159,9 @@ def measure(workshop, options):
         off = workshop.compare(name, expected)
         print(f"{workshop.chain.name} {name}: {off:.1e} of the maximum off", file=sys.stderr)
     times = {}
+    workshop.content = np.ones(expected.nbytes, np.uint8)
     for turn in range(options.rounds or workshop.chain.rounds):
+        times.setdefault(("files", "warm"), []).append(workshop.files_ms())
         print(f"{workshop.chain.name}: round {turn + 1}", file=sys.stderr)
         for name, kind in kinds.items():
             times.setdefault((name, "warm"), []).append(workshop.numpy_warm_ms(workshop.target(name), kind))
@@ -166,6 +179,9 @@ def rows(chain, medians, threads):
         zolts = [medians[f"zolt{n}", how] for n in threads]
         cells = [medians[name, how] for name in KINDS] + zolts
         ratios = [medians["tuned", how] / ms for ms in zolts] + [medians["flushed", how] / zolts[-1]]
+        files = medians["files", "warm"]
+        cells.append(files)
+        ratios.append((medians["tuned", how] - files) / (zolts[-1] - files))
         yield " | ".join(["", chain.title if how == "warm" else "", what, *(f"{ms:.1f}" for ms in cells),
                           *(f"**{ratio:.1f}**" for ratio in ratios), ""]).strip()
 
@@ -173,7 +189,8 @@ def rows(chain, medians, threads):
 def print_heading(threads):
     zolts = [f"zolt, {n} thread{'s' if n > 1 else ''}" for n in threads]
     ratios = [f"tuned / zolt, {n}" for n in threads] + [f"tuned, flushed / zolt, {threads[-1]}"]
-    columns = ["chain, ms", "", "numpy", "tuned", "tuned, flushed", *zolts, *ratios]
+    ratios.append(f"tuned / zolt, {threads[-1]}, without the files")
+    columns = ["chain, ms", "", "numpy", "tuned", "tuned, flushed", *zolts, "files alone", *ratios]
     print(" | ".join(["", *columns, ""]).strip())
     print("|" + " --- |" * 2 + " ---: |" * (len(columns) - 2), flush=True)
 

@@ -3,8 +3,6 @@
 
 #include <cstddef>
 #include <string>
-#include <tuple>
-#include <utility>
 
 #include "common/text.h"
 #include "platform/platform.h"
@@ -13,32 +11,64 @@
 
 namespace zolt {
 
+namespace {
+
+// The four parts of two points: real and imaginary of A, real and imaginary of B.
+struct Parts {
+    float ar, ai, br, bi;
+};
+
+// One function for every exchange, so that its loop is known whole and made of vector instructions.
+template <auto exchange>
+void each(std::span<Complex> a, std::span<Complex> b) {
+    auto *const p = reinterpret_cast<float*>(a.data()), *const q = reinterpret_cast<float*>(b.data());
+    for (size_t k = 0; k < 2 * a.size(); k += 2) {
+        const Parts parts = exchange({p[k], p[k + 1], q[k], q[k + 1]});
+        p[k] = parts.ar;
+        p[k + 1] = parts.ai;
+        q[k] = parts.br;
+        q[k + 1] = parts.bi;
+    }
+}
+
+}  // namespace
+
 PairExchange pair_exchange(std::string_view word) {
     static constexpr struct {
         const char* word;
         PairExchange exchange;
     } rows[] = {
-        {"zero", [](Complex&, Complex& b) { b = 0; }},
-        {"real", [](Complex& a, Complex& b) { a.imag(0), b.imag(0); }},
-        {"imag", [](Complex& a, Complex& b) { a = a.imag(), b = b.imag(); }},
-        {"ArBr",
-         [](Complex& a, Complex& b) { std::tie(a, b) = std::pair(Complex(a.real(), b.real()), Complex(a.imag(), b.imag())); }},
-        {"AiBi",
-         [](Complex& a, Complex& b) { std::tie(a, b) = std::pair(Complex(a.imag(), b.imag()), Complex(a.real(), b.real())); }},
-        {"ArBi",
-         [](Complex& a, Complex& b) { std::tie(a, b) = std::pair(Complex(a.real(), b.imag()), Complex(a.imag(), b.real())); }},
-        {"AiBr",
-         [](Complex& a, Complex& b) { std::tie(a, b) = std::pair(Complex(a.imag(), b.real()), Complex(a.real(), b.imag())); }},
+        {"zero", each<[](Parts x) {
+             return Parts{x.ar, x.ai, 0, 0};
+         }>},
+        {"real", each<[](Parts x) {
+             return Parts{x.ar, 0, x.br, 0};
+         }>},
+        {"imag", each<[](Parts x) {
+             return Parts{x.ai, 0, x.bi, 0};
+         }>},
+        {"ArBr", each<[](Parts x) {
+             return Parts{x.ar, x.br, x.ai, x.bi};
+         }>},
+        {"AiBi", each<[](Parts x) {
+             return Parts{x.ai, x.bi, x.ar, x.br};
+         }>},
+        {"ArBi", each<[](Parts x) {
+             return Parts{x.ar, x.bi, x.ai, x.br};
+         }>},
+        {"AiBr", each<[](Parts x) {
+             return Parts{x.ai, x.br, x.ar, x.bi};
+         }>},
     };
     for (const auto& row : rows)
         if (same_word(word, row.word)) return row.exchange;
     return nullptr;
 }
 
-void echo_antiecho(Complex& p, Complex& n) {
-    const Complex sum = p + n, difference = p - n;
-    p = 0.5F * sum;
-    n = {0.5F * difference.imag(), -0.5F * difference.real()};
+void echo_antiecho(std::span<Complex> p, std::span<Complex> n) {
+    each<[](Parts x) {
+        return Parts{0.5F * (x.ar + x.br), 0.5F * (x.ai + x.bi), 0.5F * (x.ai - x.bi), -0.5F * (x.ar - x.br)};
+    }>(p, n);
 }
 
 namespace {
@@ -47,10 +77,8 @@ int exchange_pairs(PairExchange exchange) {
     const WaitCursor wait;
     const auto pairs = static_cast<std::ptrdiff_t>(show.store.count() / 2);
 #pragma omp parallel for schedule(static)
-    for (std::ptrdiff_t p = 0; p < pairs; ++p) {
-        const auto a = show.store.vector(2 * static_cast<size_t>(p)), b = show.store.vector(2 * static_cast<size_t>(p) + 1);
-        for (size_t k = 0; k < a.size(); ++k) exchange(a[k], b[k]);
-    }
+    for (std::ptrdiff_t p = 0; p < pairs; ++p)
+        exchange(show.store.vector(2 * static_cast<size_t>(p)), show.store.vector(2 * static_cast<size_t>(p) + 1));
     mark_changed();
     return 1;
 }
