@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "common/buffer.h"
+#include "common/vectorised.h"
 #include "platform/platform.h"
 
 #ifdef _OPENMP
@@ -19,6 +20,7 @@ namespace {
 // Columns at a time: eight cache lines of each vector, fewer where columns are so long that their buffer would be large.
 constexpr size_t widest_strip = 64, narrowest_strip = 8, strip_bytes = size_t{16} << 20;
 constexpr size_t padding = 16;
+constexpr size_t least_room = (size_t{2} << 20) / sizeof(Complex);
 
 size_t threads() {
 #ifdef _OPENMP
@@ -36,16 +38,59 @@ size_t thread() {
 #endif
 }
 
-// Points moved whole, two in a register: from the rows (p0 p1) and (q0 q1) to the rows (p0 q0) and (p1 q1).
-using Pair = double __attribute__((vector_size(16)));
+// A square of points, moved whole, one row in a register.
+constexpr size_t side = 4;
+using Row = double __attribute__((vector_size(side * sizeof(double))));
+static_assert(sizeof(Complex) == sizeof(double));
 
-void transpose(const Complex* p, const Complex* q, Complex* low, Complex* high) {
-    Pair a, b;
-    std::memcpy(&a, p, sizeof a);
-    std::memcpy(&b, q, sizeof b);
-    const Pair first = __builtin_shufflevector(a, b, 0, 2), second = __builtin_shufflevector(a, b, 1, 3);
-    std::memcpy(static_cast<void*>(low), &first, sizeof first);
-    std::memcpy(static_cast<void*>(high), &second, sizeof second);
+// Point k of row i becomes point i of row k.
+inline __attribute__((always_inline)) void transpose_square(const Complex* from, size_t from_step, Complex* to, size_t to_step) {
+    Row a, b, c, d;
+    std::memcpy(&a, from, sizeof a);
+    std::memcpy(&b, from + from_step, sizeof b);
+    std::memcpy(&c, from + 2 * from_step, sizeof c);
+    std::memcpy(&d, from + 3 * from_step, sizeof d);
+    const Row ab_even = __builtin_shufflevector(a, b, 0, 4, 2, 6), ab_odd = __builtin_shufflevector(a, b, 1, 5, 3, 7);
+    const Row cd_even = __builtin_shufflevector(c, d, 0, 4, 2, 6), cd_odd = __builtin_shufflevector(c, d, 1, 5, 3, 7);
+    a = __builtin_shufflevector(ab_even, cd_even, 0, 1, 4, 5);
+    b = __builtin_shufflevector(ab_odd, cd_odd, 0, 1, 4, 5);
+    c = __builtin_shufflevector(ab_even, cd_even, 2, 3, 6, 7);
+    d = __builtin_shufflevector(ab_odd, cd_odd, 2, 3, 6, 7);
+    std::memcpy(static_cast<void*>(to), &a, sizeof a);
+    std::memcpy(static_cast<void*>(to + to_step), &b, sizeof b);
+    std::memcpy(static_cast<void*>(to + 2 * to_step), &c, sizeof c);
+    std::memcpy(static_cast<void*>(to + 3 * to_step), &d, sizeof d);
+}
+
+// The first `count` points of `rows` rows go to the first `rows` points of `count` columns, row by row; the steps lead from one
+// row, and from one column, to the next.
+ZOLT_VECTORISED void rows_to_columns(const Complex* from, size_t row_step, size_t rows, size_t count, Complex* to,
+                                     size_t column_step) {
+    size_t r = 0;
+    for (; r + side <= rows; r += side) {
+        size_t c = 0;
+        for (; c + side <= count; c += side)
+            transpose_square(from + r * row_step + c, row_step, to + c * column_step + r, column_step);
+        for (; c < count; ++c)
+            for (size_t i = r; i < r + side; ++i) to[c * column_step + i] = from[i * row_step + c];
+    }
+    for (; r < rows; ++r)
+        for (size_t c = 0; c < count; ++c) to[c * column_step + r] = from[r * row_step + c];
+}
+
+// The way back, in the same order of places.
+ZOLT_VECTORISED void columns_to_rows(const Complex* from, size_t column_step, size_t rows, size_t count, Complex* to,
+                                     size_t row_step) {
+    size_t r = 0;
+    for (; r + side <= rows; r += side) {
+        size_t c = 0;
+        for (; c + side <= count; c += side)
+            transpose_square(from + c * column_step + r, column_step, to + r * row_step + c, row_step);
+        for (; c < count; ++c)
+            for (size_t i = r; i < r + side; ++i) to[i * row_step + c] = from[c * column_step + i];
+    }
+    for (; r < rows; ++r)
+        for (size_t c = 0; c < count; ++c) to[r * row_step + c] = from[c * column_step + r];
 }
 
 // The columns [first, first + count) of one family of the store, on their way through `columns`.
@@ -56,32 +101,11 @@ struct Strip {
     Complex* columns;
 
     size_t column_length() const { return along.length + padding; }
-    Complex* in_store(size_t place) const { return store.vector(along.vector(outer, place, inner)).data() + first; }
-    Complex* in_column(size_t c, size_t place) const { return columns + c * column_length() + place; }
+    Complex* in_store() const { return store.vector(along.vector(outer, 0, inner)).data() + first; }
+    size_t row_step() const { return along.inner * store.points(); }
 
-    // Two places of two columns at a time, as long as there are two of each.
-    void gather() const {
-        size_t place = 0;
-        for (; place + 2 <= along.length; place += 2) {
-            const Complex *a = in_store(place), *b = in_store(place + 1);
-            size_t c = 0;
-            for (; c + 2 <= count; c += 2) transpose(a + c, b + c, in_column(c, place), in_column(c + 1, place));
-            if (c < count) *in_column(c, place) = a[c], *in_column(c, place + 1) = b[c];
-        }
-        if (place < along.length)
-            for (size_t c = 0; c < count; ++c) *in_column(c, place) = in_store(place)[c];
-    }
-    void scatter() const {
-        size_t place = 0;
-        for (; place + 2 <= along.length; place += 2) {
-            Complex *a = in_store(place), *b = in_store(place + 1);
-            size_t c = 0;
-            for (; c + 2 <= count; c += 2) transpose(in_column(c, place), in_column(c + 1, place), a + c, b + c);
-            if (c < count) a[c] = *in_column(c, place), b[c] = *in_column(c, place + 1);
-        }
-        if (place < along.length)
-            for (size_t c = 0; c < count; ++c) in_store(place)[c] = *in_column(c, place);
-    }
+    void gather() const { rows_to_columns(in_store(), row_step(), along.length, count, columns, column_length()); }
+    void scatter() const { columns_to_rows(columns, column_length(), along.length, count, in_store(), row_step()); }
 };
 
 }  // namespace
@@ -104,7 +128,8 @@ ColumnWork for_each_column(VectorStore& store, const Along& along, const std::fu
     const size_t strips = (store.points() + strip - 1) / strip, families = along.outer * along.inner;
     const size_t per_thread = strip * (along.length + padding);
     Buffer<Complex> room, before;
-    if (!room.allocate(threads() * per_thread)) return ColumnWork::no_memory;
+    // No less than one huge page: the columns of a strip lie on pages of their own otherwise.
+    if (!room.allocate(std::max(threads() * per_thread, least_room))) return ColumnWork::no_memory;
     const auto work = [&](size_t task) {
         const size_t family = task / strips, first = task % strips * strip;
         const Strip one{store,
