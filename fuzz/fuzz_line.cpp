@@ -18,14 +18,14 @@ void start_once() {
     settings.links[1] = "SF 400;FT;PC 1 2 3;";
 }
 
-void load_small_set() {
-    show = DataSet();
-    if (!show.store.allocate(1, 48)) std::abort();
-    for (size_t k = 0; k < 48; ++k) show.store.all()[k] = {static_cast<float>(k), -1.0F};
-    for (Dimension& d : show.dims) d.points = 1;
-    show.dims[0].points = 48;
-    show.dims[0].sw = 5000;
-    show.loaded = true;
+void load_small(DataSet& set) {
+    set = DataSet();
+    if (!set.store.allocate(1, 48)) std::abort();
+    for (size_t k = 0; k < 48; ++k) set.store.all()[k] = {static_cast<float>(k), -1.0F};
+    for (Dimension& d : set.dims) d.points = 1;
+    set.dims[0].points = 48;
+    set.dims[0].sw = 5000;
+    set.loaded = true;
 }
 
 }  // namespace
@@ -36,12 +36,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     reset_main_loop();
     ResetCommandText();
     show = DataSet();
-    if ((data[0] & 1) != 0) load_small_set();
+    session.sub_routine = nullptr;
+    show_b = DataSet();
+    if ((data[0] & 1) != 0) load_small(show);
+    if ((data[0] & 2) != 0) load_small(show_b);
+    show.dims[0].frequency = show_b.dims[0].frequency = (data[0] & 4) != 0;
     for (size_t i = 1; i <= size; ++i) {
         post_character(i < size ? data[i] : 13, LineSource::user);
         run_main_loop();
         // Zero fill after zero fill would fill the memory, and the time.
-        if (show.store.points() > 1 << 18) load_small_set();
+        if (show.store.points() > 1 << 18) load_small(show);
     }
     return 0;
 }

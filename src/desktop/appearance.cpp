@@ -30,6 +30,7 @@ QString style_sheet(const WindowColours& c) {
     return QString(
                "QToolBar{background:%1;border:0;border-bottom:1px solid %2;spacing:2px;padding:2px 6px}"
                "QToolButton{border:0;border-radius:4px;padding:4px 6px;color:%3}"
+               "QToolButton#qt_toolbar_ext_button{padding:0}"
                "QToolButton:hover{background:%2}"
                "QToolButton:pressed{background:%4;color:white}"
                "QMenuBar{background:%1;color:%3}"

@@ -19,6 +19,7 @@ constexpr struct {
     {"open", R"(<path d="M2.5 15.5v-11h5l2 2.5h7v2.5"/><path d="M2.5 15.5l2.4-6h13.1l-2.4 6z"/>)"},
     {"import", R"(<path d="M10 2.5v9.5"/><path d="M6.3 8.6L10 12.3l3.7-3.7"/><path d="M2.5 12.5v4h15v-4"/>)"},
     {"save", R"(<path d="M3 3h11l3 3v11H3z"/><path d="M6 3v4.5h7V3"/><path d="M6 17v-6h8v6"/>)"},
+    {"more", R"(<path d="M5 5l5 5-5 5"/><path d="M11 5l5 5-5 5"/>)"},
     {"undo", R"(<path d="M7 4L3 8l4 4"/><path d="M3 8h8.5a4 4 0 0 1 0 8H8"/>)"},
     {"redo", R"(<path d="M13 4l4 4-4 4"/><path d="M17 8H8.5a4 4 0 0 0 0 8H12"/>)"},
     {"full", R"(<path d="M3 7V3h4M13 3h4v4M17 13v4h-4M7 17H3v-4"/><path d="M6 13h2.5l1.5-6 1.5 6H14"/>)"},

@@ -8,6 +8,7 @@
 #include <QScreen>
 #include <QSettings>
 #include <QToolBar>
+#include <QToolButton>
 
 #include "app/command_line.h"
 #include "app/line_history.h"
@@ -111,6 +112,8 @@ void MainWindow::update_icons() {
     for (const Entry& entry : entries_)
         if (*entry.item->icon != '\0') entry.action->setIcon(icon(entry.item->icon));
     for (const Entry& entry : entries_) entry.action->setIconVisibleInMenu(false);
+    // What stands at the end of a toolbar that the window has no room for.
+    if (auto* more = tools_->findChild<QToolButton*>("qt_toolbar_ext_button")) more->setIcon(icon("more"));
 }
 
 void MainWindow::update_items() {

@@ -83,7 +83,8 @@ int add_note(Note note) {
 // In the middle of what is shown, below the notes that are there already.
 Note note_in_the_middle() {
     const AxisScale axis = note_axis();
-    const auto [first, last] = shown_points(show);
+    const std::pair<double, double> view = shown_points(show);
+    const double first = view.first, last = view.second;
     Note note;
     note.unit = unit_of(axis.kind);
     note.x = axis.value((first + last) / 2);
