@@ -77,7 +77,7 @@ QIcon icon(std::string_view name) {
 
 QIcon program_icon() {
     QIcon result;
-    for (const int side : {16, 48, 128}) result.addPixmap(LineIcon(sign).pixmap({side, side}, QIcon::Normal, QIcon::Off));
+    for (const int side : {16, 32, 64}) result.addPixmap(LineIcon(sign).pixmap({side, side}, QIcon::Normal, QIcon::Off));
     return result;
 }
 

@@ -26,13 +26,13 @@ int run_window(const Options& options) {
     front_end.prints = options.batch || options.json;
     set_platform(&front_end);
     set_json_output(options.json);
-    QApplication::setWindowIcon(program_icon());
-
     start_up(options.root, options.ini);
     apply_appearance();
     MainWindow window(front_end);
     window.restore_window();
     window.show();
+    // After the first painting: drawing it takes as long as a menu.
+    QTimer::singleShot(0, &window, [] { QApplication::setWindowIcon(program_icon()); });
 
     ActionRunner actions(options, front_end, window);
     bool greeted = false;
