@@ -10,8 +10,8 @@
 #include "app/keystrokes.h"
 #include "app/link_player.h"
 #include "common/text.h"
-#include "datafile/arrayed.h"
 #include "config/config_commands.h"
+#include "datafile/arrayed.h"
 #include "datafile/file_commands.h"
 #include "display/display_commands.h"
 #include "display/view_commands.h"
@@ -400,8 +400,11 @@ std::span<const Command> command_table() { return keywords; }
 std::span<const Command> fallback_table() { return two_letters; }
 
 const Command* find_command(std::string_view word) {
+    if (word.empty()) return nullptr;
+    // Rows of another first letter are passed by without a call: menus look up a hundred words at the start.
+    const auto begins_alike = [&](const char* keyword) { return ((*keyword ^ word.front()) & ~0x20) == 0; };
     for (const Command& command : keywords)
-        if (same_word(word, command.keyword)) return &command;
+        if (begins_alike(command.keyword) && same_word(word, command.keyword)) return &command;
     return nullptr;
 }
 
