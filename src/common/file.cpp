@@ -238,7 +238,7 @@ namespace {
 class ReplacedContent {
 public:
     explicit ReplacedContent(const std::string& path) {
-        constexpr uint64_t large = 4 << 20;
+        constexpr uint64_t large = 512 << 10;
         if (file_facts(path).size >= large) descriptor_ = ::open(path.c_str(), O_PATH | O_CLOEXEC | O_NOFOLLOW);
     }
     ~ReplacedContent() {
