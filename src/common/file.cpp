@@ -190,6 +190,40 @@ int open_named(std::string& name) {
 
 }  // namespace
 
+namespace {
+
+// Gives back the blocks of replaced files. Never destroyed: the end of the program need not wait for it.
+std::thread& giving_back() {
+    static std::thread& thread = *new std::thread;
+    return thread;
+}
+
+void finish_giving_back() {
+    if (giving_back().joinable()) giving_back().join();
+}
+
+// Holds on to a large file that is about to be replaced. Its blocks are given back in the background then: that takes
+// longer than the rename itself.
+class ReplacedContent {
+public:
+    explicit ReplacedContent(const std::string& path) {
+        constexpr uint64_t large = 512 << 10;
+        if (file_facts(path).size >= large) descriptor_ = ::open(path.c_str(), O_PATH | O_CLOEXEC | O_NOFOLLOW);
+    }
+    ~ReplacedContent() {
+        if (descriptor_ < 0) return;
+        finish_giving_back();
+        giving_back() = std::thread([descriptor = descriptor_] { ::close(descriptor); });
+    }
+    ReplacedContent(const ReplacedContent&) = delete;
+    ReplacedContent& operator=(const ReplacedContent&) = delete;
+
+private:
+    int descriptor_ = -1;
+};
+
+}  // namespace
+
 bool ReplacedFile::open(const std::string& target) {
     // A link is followed, so that the file it leads to is the one replaced.
     std::error_code resolve_error;
@@ -210,6 +244,7 @@ bool ReplacedFile::open(const std::string& target) {
 }
 
 bool ReplacedFile::open_private(unsigned mode) {
+    finish_giving_back();  // a disk that is nearly full may need what it gives
     remove_leftovers(folder_of(target_));
     int descriptor = ::open(folder_of(target_).c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
     if (descriptor >= 0) {
@@ -230,32 +265,6 @@ bool ReplacedFile::open_private(unsigned mode) {
 bool ReplacedFile::write(const void* from, size_t size) { return file_.write(from, size) || failed(); }
 
 bool ReplacedFile::seek(uint64_t offset) { return file_.seek(offset); }
-
-namespace {
-
-// Holds on to a large file that is about to be replaced. Its blocks are given back in the background then: that takes
-// longer than the rename itself.
-class ReplacedContent {
-public:
-    explicit ReplacedContent(const std::string& path) {
-        constexpr uint64_t large = 512 << 10;
-        if (file_facts(path).size >= large) descriptor_ = ::open(path.c_str(), O_PATH | O_CLOEXEC | O_NOFOLLOW);
-    }
-    ~ReplacedContent() {
-        if (descriptor_ < 0) return;
-        // One at a time. Never destroyed: the end of the program need not wait for it.
-        static std::thread& giving_back = *new std::thread;
-        if (giving_back.joinable()) giving_back.join();
-        giving_back = std::thread([descriptor = descriptor_] { ::close(descriptor); });
-    }
-    ReplacedContent(const ReplacedContent&) = delete;
-    ReplacedContent& operator=(const ReplacedContent&) = delete;
-
-private:
-    int descriptor_ = -1;
-};
-
-}  // namespace
 
 bool ReplacedFile::put_in_place() {
     if (!file_ || std::fflush(file_.stream()) != 0 || ::fsync(::fileno(file_.stream())) != 0) return failed();
