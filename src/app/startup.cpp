@@ -11,6 +11,7 @@
 #include "config/paths.h"
 #include "config/settings.h"
 #include "datafile/native_file.h"
+#include "datafile/sections.h"
 #include "macro/macro_commands.h"
 #include "macro/macro_host.h"
 #include "platform/platform.h"
@@ -56,13 +57,14 @@ bool save_file_a() {
         show.file_a.empty() ? platform().file_dialog(FileChoice::save, "Save File A").value_or("") : show.file_a;
     if (path.empty() || !FileWrite(absolute_path(path), show)) return false;
     show.changed = false;
+    annotations_saved(show);
     return true;
 }
 
 }  // namespace
 
 bool may_close() {
-    if (!show.loaded || !show.changed) return true;
+    if (!show.loaded || !(show.changed || annotations_unsaved(show))) return true;
     if (show.dims[1].points > 1) {
         platform().message("ZOLT", Icon::exclamation, "2D file.\nSingle step save not possible!");
         return platform().question("ZOLT", "Leave without saving the changes?", Buttons::yes_no) == Answer::yes;

@@ -4,6 +4,7 @@
 #include "common/text.h"
 #include "datafile/file_c.h"
 #include "datafile/file_commands.h"
+#include "datafile/sections.h"
 #include "datafile/slice.h"
 #include "platform/platform.h"
 #include "state/dataset.h"
@@ -67,6 +68,7 @@ int cmd_uh(Arguments& /*args*/) {
     if (CurrentArrayedLevel() != 0)
         return refuse(format_text("Update Header not supported in Arrayed mode level %d", CurrentArrayedLevel()));
     if (!UpdateHeaderA()) return 0;
+    annotations_saved(show);
     // The slice is read again with its header; one that was worked on stays as it is.
     return show.changed || set_sliceA(show.slice) ? 1 : 0;
 }

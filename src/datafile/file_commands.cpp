@@ -7,6 +7,7 @@
 #include "datafile/dxb.h"
 #include "datafile/header.h"
 #include "datafile/native_file.h"
+#include "datafile/sections.h"
 #include "datafile/slice.h"
 #include "platform/platform.h"
 #include "state/dataset.h"
@@ -56,6 +57,7 @@ int save_slice(const std::string& path) {
             "2D file in Non Arrayed Mode  ! !\n\nThe displayed file slice\nwill be saved as a 1D file\nusing a new name.\n");
     if (!may_save_as(path) || !FileWrite(path, show)) return 0;
     show.changed = false;
+    annotations_saved(show);
     if (!slice_only) show.file_a = path;
     return 1;
 }
@@ -83,6 +85,7 @@ int cmd_savefile(Arguments& args) {
     if (CurrentArrayedLevel() == 0) return save_slice(path);
     if (save_arrayed(path) == 0) return 0;
     show.changed = false;
+    annotations_saved(show);
     return 1;
 }
 

@@ -182,6 +182,24 @@ std::string header_sections(const DataRecord& data) {
     return text;
 }
 
+namespace {
+
+// What was done to the data is not what was made of them.
+std::string annotations(const DataRecord& data) {
+    std::string text;
+    for (const Section& row : sections)
+        if (!same_word(row.keyword, "CMD_LOG")) text += row.tailer(data);
+    return text;
+}
+
+}  // namespace
+
+void annotations_saved(DataRecord& data) { data.annotations_in_file = annotations(data); }
+
+bool annotations_unsaved(const DataRecord& data) {
+    return data.loaded && data.all_slices() == 1 && data.annotations_in_file != annotations(data);
+}
+
 void remove_section(std::string& tailer, std::string_view keyword, std::string_view end) {
     std::string kept;
     bool inside = false;

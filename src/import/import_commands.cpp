@@ -14,6 +14,7 @@
 #include "datafile/file_commands.h"
 #include "datafile/native_file.h"
 #include "datafile/placed.h"
+#include "datafile/sections.h"
 #include "import/locate.h"
 #include "import/tranauto.h"
 #include "platform/platform.h"
@@ -100,6 +101,7 @@ void commit(DataSet&& fresh) {
     fresh.file_b = show.file_b;
     fresh.loaded = true;
     fresh.changed = false;
+    annotations_saved(fresh);
     show = std::move(fresh);
 }
 
@@ -231,6 +233,7 @@ int cmd_getfileb(Arguments& args) {
     show_b = std::move(fresh);
     show_b.loaded = true;
     show_b.changed = false;
+    annotations_saved(show_b);
     show.file_b = show_b.file_a;
     report_file_b();
     return 1;

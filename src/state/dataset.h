@@ -73,7 +73,8 @@ struct DataRecord {
     int32_t slice = 0, slice_3 = 0, slice_4 = 0;  ///< selected slice, plane and cube, from 0
     bool loaded = false;
     bool changed = false;        ///< the data differ from the file; cleared by a save
-    bool display_valid = false;  ///< second mark: what the display holds is that of the data
+    std::string annotations_in_file;  ///< texts, peaks, integrals and notes as the file has them
+    bool display_valid = false;       ///< second mark: what the display holds is that of the data
 
     std::string user, date, comment, experiment, owner, solvent, formula, path, title, source;
     std::array<std::string, 3> names;

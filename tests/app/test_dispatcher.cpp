@@ -145,6 +145,27 @@ TEST_F(DispatcherTest, ClosingAsksAboutUnsavedChanges) {
     EXPECT_FALSE(test::read_file(show.file_a).empty());
 }
 
+TEST_F(DispatcherTest, ClosingAsksAboutUnsavedAnnotations) {
+    load(sample_points(64), domain_complex, true);
+    show.dims[0].sw = 1000;
+    platform_.default_answer = Answer::yes;
+    ASSERT_EQ(run("SA a.nat"), 1);
+    ASSERT_EQ(run("GA a.nat"), 1);
+    platform_.questions.clear();
+    for (const char* line : {"ID 0.1 -0.1", "NO a note"}) {
+        ASSERT_NE(run(line), 0) << platform_.said();
+        EXPECT_FALSE(show.changed);
+        platform_.answers = {"cancel"};
+        run("EX");
+        ASSERT_EQ(platform_.questions, (std::vector<std::string>{"Save current changes in " + show.file_a + "?"})) << line;
+        ASSERT_EQ(run("SA a.nat"), 1);
+        platform_.questions.clear();
+    }
+    run("EX");
+    EXPECT_TRUE(platform_.questions.empty());
+    EXPECT_EQ(platform_.closes, 1);
+}
+
 TEST_F(DispatcherTest, Help) {
     EXPECT_EQ(run("Help lb"), 2);
     EXPECT_EQ(platform_.replies.back(), "  - LB or LineBroadening [Hz]: sets the line broadening that EM and GM use");
