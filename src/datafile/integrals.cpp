@@ -220,7 +220,19 @@ void read_integrals_line(std::string_view line, DataRecord& data) {
     data.integral_grid = {};
 }
 
-void order_integrals(DataRecord& data) { std::stable_sort(data.integrals.begin(), data.integrals.end(), by_position); }
+void order_integrals(DataRecord& data) {
+    std::stable_sort(data.integrals.begin(), data.integrals.end(), by_position);
+    // Regions are summed point by point, again after every change: no more of them than cover the spectrum so many times.
+    constexpr int64_t most_times = 256, enough_points = int64_t{1} << 24;
+    const int64_t last = std::max(data.pts1d() - 1, 0), most = std::max(most_times * (last + 1), enough_points);
+    int64_t covered = 0;
+    const auto beyond = std::find_if(data.integrals.begin(), data.integrals.end(), [&](const Integral& region) {
+        const auto [low, high] =
+            std::minmax({std::clamp<int64_t>(region.start, 0, last), std::clamp<int64_t>(region.end, 0, last)});
+        return (covered += high - low + 1) > most;
+    });
+    data.integrals.erase(beyond, data.integrals.end());
+}
 
 std::string integral_listing(std::span<const Integral> list, const Dimension& dimension, double scale, ListForm form) {
     const Axis axis = dimension.axis();

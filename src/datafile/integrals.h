@@ -45,8 +45,9 @@ std::string integral_position(const Dimension& dimension, int64_t point);
 
 /// The INTEGRALS section as the tailer has it, or with the prefixes of a JCAMP-DXB header; "" without regions.
 std::string integrals_section(const DataRecord& data, bool prefixed);
-/// Takes one line of the section, either form; the list is put in order when all are read.
+/// Takes one line of the section, either form.
 void read_integrals_line(std::string_view line, DataRecord& data);
+/// When all are read: puts the list in order, and leaves out what would cover the spectrum hundreds of times over.
 void order_integrals(DataRecord& data);
 
 enum class ListForm { tabs, columns };

@@ -56,11 +56,7 @@ void keep() {
     leave_routine();
 }
 
-// One row, one key.
-constexpr struct {
-    int key;
-    void (*act)();
-} keys[] = {
+constexpr RoutineKey keys[] = {
     {'+', [] { add_to_factor(factor_step()); }},
     {key_up, [] { add_to_factor(factor_step()); }},
     {'-', [] { add_to_factor(-factor_step()); }},
@@ -97,10 +93,7 @@ void show_sum() {
 }
 
 bool sum_key(int character) {
-    const int key = character < 128 ? upper(static_cast<char>(character)) : character;
-    const auto* row = std::find_if(std::begin(keys), std::end(keys), [&](const auto& one) { return one.key == key; });
-    if (row == std::end(keys)) return false;
-    row->act();
+    if (!act_on_key(keys, character)) return false;
     if (session.sub_routine == &adding) show_sum();
     platform().redraw();
     return true;

@@ -197,11 +197,7 @@ void take_back() {
 
 void show_keys();
 
-// One row, one key.
-constexpr struct {
-    int key;
-    void (*act)();
-} keys[] = {
+constexpr RoutineKey keys[] = {
     {'D', delete_selected},
     {key_delete, delete_selected},
     {key_forward_delete, delete_selected},
@@ -219,10 +215,7 @@ constexpr struct {
 };
 
 bool integrating_key(int character) {
-    const int key = character < 128 ? upper(static_cast<char>(character)) : character;
-    const auto row = std::find_if(std::begin(keys), std::end(keys), [key](const auto& r) { return r.key == key; });
-    if (row == std::end(keys)) return false;
-    row->act();
+    if (!act_on_key(keys, character)) return false;
     platform().redraw();
     return true;
 }

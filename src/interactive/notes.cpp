@@ -66,11 +66,7 @@ void delete_chosen() {
 
 constexpr double small = 0.005;
 
-// One row, one key.
-constexpr struct {
-    int key;
-    void (*act)();
-} keys[] = {
+constexpr RoutineKey keys[] = {
     {'A', write_note_in_the_middle},
     {'E', edit_chosen},
     {'D', delete_chosen},
@@ -94,10 +90,7 @@ const SubRoutine noting = {"NO", "NO:  drag moves   A new   E edit   D delete   
                            note_mouse, draw_chosen};
 
 bool note_key(int character) {
-    const int key = character < 128 ? upper(static_cast<char>(character)) : character;
-    const auto* row = std::find_if(std::begin(keys), std::end(keys), [&](const auto& one) { return one.key == key; });
-    if (row == std::end(keys)) return false;
-    row->act();
+    if (!act_on_key(keys, character)) return false;
     if (session.sub_routine == &noting) platform().reply(noting.keys);
     platform().redraw();
     return true;

@@ -133,11 +133,7 @@ bool peak_mouse(const MouseEvent& event) {
     return event.kind != Kind::wheel;
 }
 
-// One row, one key.
-constexpr struct {
-    int key;
-    void (*act)();
-} keys[] = {
+constexpr RoutineKey keys[] = {
     {'U', [] { set_height(work.height * 1.1); }},
     {'+', [] { set_height(work.height * 1.1); }},
     {key_up, [] { set_height(work.height * 1.1); }},
@@ -150,12 +146,7 @@ constexpr struct {
     {key_escape, leave},
 };
 
-bool peak_key(int character) {
-    const int key = character < 128 ? upper(static_cast<char>(character)) : character;
-    for (const auto& row : keys)
-        if (row.key == key) return row.act(), true;
-    return false;
-}
+bool peak_key(int character) { return act_on_key(keys, character); }
 
 void draw_list_to_be(Picture& picture, const PlotLayout& layout) {
     add_peaks(picture, layout, show, list_to_be());

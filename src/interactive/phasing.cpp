@@ -159,11 +159,7 @@ void keep() {
     if (numbers_of(words) != PhaseAngles{}) type_line(pc_line(words));
 }
 
-// One row, one key.
-constexpr struct {
-    int key;
-    void (*act)();
-} keys[] = {
+constexpr RoutineKey keys[] = {
     {'A', [] { phasing.order = 0; }},
     {'B', [] { phasing.order = 1; }},
     {'C', [] { phasing.order = 2; }},
@@ -184,11 +180,8 @@ constexpr struct {
 
 bool phasing_key(int character) {
     follow_data();
-    const int key = character < 128 ? upper(static_cast<char>(character)) : character;
-    const auto* row = std::find_if(std::begin(keys), std::end(keys), [&](const auto& known) { return known.key == key; });
-    if (row == std::end(keys)) return false;
     const SubRoutine* before = session.sub_routine;
-    row->act();
+    if (!act_on_key(keys, character)) return false;
     if (session.sub_routine == before) show_phase();
     return true;
 }

@@ -28,11 +28,7 @@ void leave_unchanged() {
     leave_routine();
 }
 
-// One row, one key.
-constexpr struct {
-    int key;
-    void (*act)();
-} keys[] = {
+constexpr RoutineKey keys[] = {
     {'+', [] { zoom_about_middle(0.5); }},
     {'-', [] { zoom_about_middle(2); }},
     {'L', [] { pan_view(show, -0.25); }},
@@ -61,13 +57,7 @@ bool zoom_key(int character) {
         known = true;
         if (recall_zoom_region(character - '0') == 0) platform().beep();
     }
-    const int key = character < 128 ? upper(static_cast<char>(character)) : character;
-    for (const auto& row : keys)
-        if (row.key == key) {
-            known = true;
-            row.act();
-        }
-    if (!known) return false;
+    if (!act_on_key(keys, character) && !known) return false;
     if (session.sub_routine == &zoom && !(character >= '0' && character <= '9')) platform().reply(zoom.keys);
     platform().redraw();
     return true;

@@ -37,7 +37,8 @@ protected:
             data.peaks.push_back(peak);
         }
         data.meta_objects = {{"/objects/my molecule.mol", 1, 10, 20, 30, 40, 0.5, -0.25, 1.75, 2}};
-        data.notes = {{Note::Unit::ppm, 3.25, -0.5, true, "H-3 = a, b"}, {Note::Unit::seconds, 1e-3, 2.5e6, false, "NOTE END_NOTES"}};
+        data.notes = {{Note::Unit::ppm, 3.25, -0.5, true, "H-3 = a, b"},
+                      {Note::Unit::seconds, 1e-3, 2.5e6, false, "NOTE END_NOTES"}};
         data.command_log = {"LB 1\r\nFT\r\n"};
         DataBuffer buffer;
         buffer.number = 2;
@@ -183,6 +184,13 @@ TEST_F(SectionsTest, LongSectionsAreReadInOnePass) {
     EXPECT_EQ(data.integrals.back().start, lines);
     EXPECT_TRUE(data.command_log.text.ends_with("a\r\nthe last\r\n"));
     EXPECT_LE(data.command_log.text.size(), size_t{600} << 10);
+    // Regions of everything would be summed over and over: few are kept.
+    text = "INTEGRALS\r\n";
+    for (int i = 0; i < lines; ++i) text += format_text("%6d    1.000%6d    1.000%15.6f%3d\r\n", 0, 65535, 1.0, 1);
+    DataRecord wide;
+    wide.dims[0].points = 65536;
+    read_tailer(text + "END_INTEGRALS\r\n", wide);
+    EXPECT_EQ(wide.integrals.size(), 256U);
     // Behind points that describe a buffer, text that begins again and again is given up.
     write_set("again.nat", {16, 1, 1, 1});
     std::string bytes = test::read_file(root_.path("again.nat")) + "##$BUFFER=1=pts=3\r\n";
