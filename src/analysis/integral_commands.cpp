@@ -163,7 +163,7 @@ int draw_integrals(Arguments& /*args*/) {
 int copy_sub_integrals(ListForm form) {
     if (show.sub_integrals.empty()) return refuse("No Sub-Integrals defined yet.");
     const std::string text = integral_listing(show.sub_integrals, show.dims[0], double{show.rel_value}, form);
-    platform().clipboard(text);
+    list_to_clipboard(text);
     platform().reply(text);
     return 1;
 }

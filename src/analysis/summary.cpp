@@ -133,7 +133,7 @@ int cmd_summary(Arguments& args) {
     if (args.ask_usage()) return show_reply("  - USAGE: SUMMARY [NAME.txt]");
     if (const std::string name = args.next(); !name.empty()) return write_summary(name);
     const std::string text = summary_text(show);
-    if (session.fills_clipboard) platform().clipboard(text);
+    list_to_clipboard(text);
     return show_reply(text);
 }
 

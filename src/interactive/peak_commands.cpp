@@ -249,7 +249,7 @@ namespace {
 
 int list_peaks(const std::vector<Peak>& list, const char* none) {
     if (list.empty()) return show_reply(none);
-    platform().clipboard(peak_table(show, list, setting_switch("UseTabs")));
+    list_to_clipboard(peak_table(show, list, setting_switch("UseTabs")));
     platform().reply(peak_table(show, list, false));
     return 1;
 }
@@ -260,7 +260,7 @@ int cmd_pl(Arguments& args) {
     if (args.ask_usage()) return show_reply("PL [short]: the peak list in the reply line and on the clipboard");
     if (same_word(args.peek(), "short") && !show.peaks.empty()) {
         const std::string text = peak_listing(show);
-        platform().clipboard(text);
+        list_to_clipboard(text);
         platform().reply(text);
         return 1;
     }

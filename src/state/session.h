@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <string_view>
 
 #include "state/peak_options.h"
 
@@ -27,7 +28,7 @@ struct Session {
     bool expert = false;
     bool integrals_shown = true;  ///< the plot shows curves and values of the integrals
     bool log_on = false;
-    bool fills_clipboard = true;        ///< commands put the lists that they show on the clipboard, too
+    bool fills_clipboard = true;  ///< commands put the lists that they show on the clipboard, too
     PeakOptions peaks;
     int header_type = 3;                ///< configured type of written native files, 1 to 3
     int byte_order = 1;                 ///< of written native files: 1 Intel order, 2 and 3 big-endian
@@ -53,6 +54,9 @@ struct Settings {
 };
 
 extern Settings settings;
+
+/// Puts a list that a command shows on the clipboard, too, unless the user has switched that off.
+void list_to_clipboard(std::string_view text);
 
 /// True while a link run or a macro plays commands: questions of destructive commands are then not asked.
 bool playing_back();
