@@ -22,6 +22,9 @@ constexpr double pi = std::numbers::pi, degree = pi / 180;
 constexpr double largest_first_order = 6 * pi;
 constexpr double broad = 6 * degree;  // added to what is known of each region, so that none rules alone
 constexpr size_t score_bins = 4096;
+constexpr double usual_scatter = 2 * degree;  // of strong regions whose lines overlap, but have the shapes they are fitted with
+constexpr double area_error = 1.5 * degree;   // of the phase with the smallest area, by baseline and overlap
+constexpr double farthest = 25 * degree;      // that a region counts as off
 
 // How much of the regions' weight speaks against a phase, 0 to 1.
 double disagreement(std::span<const PhasedRegion> regions, const PhaseLine& phase) {
@@ -119,6 +122,11 @@ bool holds_signal(std::span<const BinnedSpectrum> pyramid) {
     });
 }
 
+// The finest bins that are few enough to be judged often.
+const BinnedSpectrum& for_scores(std::span<const BinnedSpectrum> pyramid) {
+    return *std::find_if(pyramid.begin(), pyramid.end(), [](const auto& level) { return level.bins.size() <= score_bins; });
+}
+
 // The candidate that all measures together like best, half a turn more tried for each.
 PhaseLine choose(std::span<const PhasedRegion> regions, const PhaseScore& score, double pivot, PhaseOrder order) {
     std::vector<PhaseLine> candidates;
@@ -143,15 +151,53 @@ PhaseLine choose(std::span<const PhasedRegion> regions, const PhaseScore& score,
     return best;
 }
 
-// The regression over the regions that agree with a phase, their own phases known better each time.
-PhaseLine refine(std::span<const PhasedRegion> regions, std::span<const BinnedSpectrum> pyramid, PhaseLine phase,
+// The square of what `off` tells of strong regions, on the weighted average; 0 without any.
+template <class F>
+double mean_square(std::span<const PhasedRegion> regions, size_t points, F off) {
+    double weights = 0, sum = 0;
+    for (const PhasedRegion& region : regions) {
+        if (!region.strong || is_broad(region.lines[0], points)) continue;
+        weights += 1 / region.variance;
+        sum += std::pow(off(region), 2) / region.variance;
+    }
+    return weights > 0 ? sum / weights : 0;
+}
+
+// The phase near another with the smallest area; the baseline is taken away anew as the phase becomes known.
+PhaseLine settle(const BinnedSpectrum& bins, size_t points, PhaseLine phase, double pivot, PhaseOrder order) {
+    for (int round = 0; round < 3; ++round) {
+        const PhaseScore score(level_at_phase(bins, points, phase), points);
+        const auto area = [&](const PhaseLine& change) { return score.area(change); };
+        const PhaseLine change = minimise(area, {}, pivot, order, 3 * degree, 50);
+        phase.zero_order += change.zero_order;
+        phase.first_order += change.first_order;
+    }
+    return phase;
+}
+
+// The regression over the regions that agree with a phase, their own phases known better each time. Where strong regions do not
+// lie on a line the shapes of their lines are at fault, and the area, which asks for no shape, counts by how much they scatter;
+// the less the farther it is from them.
+PhaseLine refine(std::span<const PhasedRegion> regions, std::span<const BinnedSpectrum> pyramid, PhaseLine phase, double pivot,
                  PhaseOrder order) {
     std::vector<PhasedRegion> refined(regions.begin(), regions.end());
     for (int round = 0; round < 2 && agreeing(refined, phase) > 0; ++round) {
         phase = regress(refined, phase, order);
         refined = phase_by_flanks({regions.begin(), regions.end()}, pyramid, phase, order);
     }
-    return regress(refined, phase, order);
+    phase = regress(refined, phase, order);
+    const size_t points = pyramid[0].bins.size();
+    const double scatter = mean_square(refined, points, [&](const PhasedRegion& region) {
+        return std::min(std::abs(within_half_turn(region.phase - phase.at(region.place))), farthest);
+    });
+    const double excess = scatter - usual_scatter * usual_scatter;
+    if (excess <= 0) return phase;
+    const PhaseLine settled = settle(for_scores(pyramid), points, phase, pivot, order);
+    const double apart =
+        mean_square(refined, points, [&](const PhasedRegion& region) { return settled.at(region.place) - phase.at(region.place); });
+    const double share = excess / (excess + std::max(area_error * area_error, apart));
+    return {phase.zero_order + share * (settled.zero_order - phase.zero_order),
+            phase.first_order + share * (settled.first_order - phase.first_order)};
 }
 
 // The greater part of the area is taken to be positive; where there are lines, theirs, which no baseline touches. What seems a
@@ -176,8 +222,7 @@ std::optional<FoundPhase> find_phase(std::span<const Complex> spectrum, PhaseOrd
     const auto lines = find_lines(pyramid);
     const auto regions = phase_regions(lines, pyramid, spectrum.size());
 
-    BinnedSpectrum coarse =
-        *std::find_if(pyramid.begin(), pyramid.end(), [](const auto& level) { return level.bins.size() <= score_bins; });
+    BinnedSpectrum coarse = for_scores(pyramid);
     if (!lines.empty()) {
         const auto level = smooth_level(coarse.bins, 16);
         for (size_t i = 0; i < level.size(); ++i) coarse.bins[i] -= level[i];
@@ -186,7 +231,7 @@ std::optional<FoundPhase> find_phase(std::span<const Complex> spectrum, PhaseOrd
     const PhaseScore score(std::move(coarse), spectrum.size());
     PhaseLine best = choose(regions, score, pivot, order);
     if (agreeing(regions, best) > 0)
-        best = refine(regions, pyramid, best, order);
+        best = refine(regions, pyramid, best, pivot, order);
     else
         best = minimise([&](const PhaseLine& phase) { return score.area(phase); }, best, pivot, order, 5 * degree, 60);
     if (upside_down(lines, spectrum.size(), score, best)) best.zero_order += pi;

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <complex>
+#include <span>
 #include <utility>
 
 namespace zolt {
@@ -10,7 +12,24 @@ namespace zolt {
 namespace {
 
 constexpr double noise_level = 3;
-constexpr double penalty = 1000;  // of the entropy, for a spectrum whose largest magnitude is 1
+constexpr double penalty = 1000;    // of the entropy, for a spectrum whose largest magnitude is 1
+constexpr size_t level_parts = 24;  // windows of the baseline in a spectrum
+
+// The median of the window about each value; near the ends that of the first or last whole window.
+std::vector<double> running_medians(std::span<const double> values, size_t window) {
+    std::vector<double> sorted(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(window)), medians(values.size());
+    std::sort(sorted.begin(), sorted.end());
+    size_t first = 0;
+    for (size_t i = 0; i < values.size(); ++i) {
+        if (i > first + window / 2 && first + window < values.size()) {
+            sorted.erase(std::lower_bound(sorted.begin(), sorted.end(), values[first]));
+            sorted.insert(std::upper_bound(sorted.begin(), sorted.end(), values[first + window]), values[first + window]);
+            ++first;
+        }
+        medians[i] = sorted[window / 2];
+    }
+    return medians;
+}
 
 }  // namespace
 
@@ -69,6 +88,22 @@ double PhaseScore::negative(const PhaseLine& phase) const {
         if (below > 0) sum += below * below;
     });
     return power_ > 0 ? sum / power_ : 0;
+}
+
+BinnedSpectrum level_at_phase(const BinnedSpectrum& bins, size_t points, const PhaseLine& phase) {
+    BinnedSpectrum result = bins;
+    std::vector<double> real, imag;
+    for (size_t i = 0; i < bins.bins.size(); ++i) {
+        const double turn = phase.at(bins.point(static_cast<double>(i)) / static_cast<double>(points));
+        result.bins[i] = times(bins.bins[i], std::polar(1.0, -turn));
+        real.push_back(result.bins[i].real());
+        imag.push_back(result.bins[i].imag());
+    }
+    const size_t window = std::max<size_t>(real.size() / level_parts, 1);
+    real = running_medians(real, window);
+    imag = running_medians(imag, window);
+    for (size_t i = 0; i < real.size(); ++i) result.bins[i] -= std::complex(real[i], imag[i]);
+    return result;
 }
 
 }  // namespace zolt

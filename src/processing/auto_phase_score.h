@@ -31,4 +31,8 @@ private:
     std::vector<bool> signal_;
 };
 
+/// The bins turned back by a phase, and rid of their baseline at that phase: running medians of both parts, over windows that
+/// lines do not fill. The median of a part depends on the phase; that of a phased spectrum is least touched by its lines.
+BinnedSpectrum level_at_phase(const BinnedSpectrum& bins, size_t points, const PhaseLine& phase);
+
 }  // namespace zolt

@@ -54,6 +54,10 @@ TEST_F(AutoPhaseTest, FindsThePhases) {
     std::vector<Signal> crowded = {{0.3, 4, 12}, {0.7, 4, 10}, {0.85, 4, 9}}, sunk = weak;
     for (int i = 0; i < 8; ++i) crowded.push_back({0.5 + i * 3e-4, 4, 6});  // lines that hide in one another
     sunk.push_back({0.5, 1500, -15});
+    std::vector<Signal> lopsided;  // tails to one side, as in a bad field, contradict one another where they are fitted
+    for (const Signal& line : molecule)
+        for (int i = 0; i < 3 && line.half_width < 100; ++i)
+            lopsided.push_back({line.place + 8 * i / 32768.0, line.half_width * (i ? 1.5 : 1), line.height * (i ? 0.6 / i : 1)});
     const struct {
         const char* name;
         std::vector<Signal> signals;
@@ -63,6 +67,7 @@ TEST_F(AutoPhaseTest, FindsThePhases) {
                 {"negative first order", molecule, 32768, -170, -300, 0, 1},
                 {"rolling baseline", molecule, 32768, 95, 60, 60, 2},
                 {"lines of both signs", mixed, 32768, 130, -90, 0, 2},
+                {"tails to one side", lopsided, 32768, 40, 60, 0, 1.5},
                 {"weak", weak, 32768, -60, 100, 0, 3},
                 {"weak, overlapping", crowded, 32768, 60, -100, 0, 9},
                 {"more area below than above, but no lines", sunk, 32768, 20, 70, 0, 6},
