@@ -13,6 +13,7 @@
 #include "processing/auto_phase_regions.h"
 #include "processing/auto_phase_regression.h"
 #include "processing/auto_phase_score.h"
+#include "processing/auto_phase_sparse.h"
 
 namespace zolt {
 
@@ -175,17 +176,23 @@ PhaseLine settle(const BinnedSpectrum& bins, size_t points, PhaseLine phase, dou
     return phase;
 }
 
+PhaseLine mean(const PhaseLine& a, const PhaseLine& b) {
+    return {(a.zero_order + b.zero_order) / 2, (a.first_order + b.first_order) / 2};
+}
+
 // The regression over the regions that agree with a phase, their own phases known better each time. Where strong regions do not
 // lie on a line the shapes of their lines are at fault, and the area, which asks for no shape, counts by how much they scatter;
 // the less the farther it is from them.
-PhaseLine refine(std::span<const PhasedRegion> regions, std::span<const BinnedSpectrum> pyramid, PhaseLine phase, double pivot,
-                 PhaseOrder order) {
+PhaseLine refine(std::span<const Complex> spectrum, std::span<const PhasedRegion> regions, std::span<const BinnedSpectrum> pyramid,
+                 PhaseLine phase, double pivot, PhaseOrder order) {
     std::vector<PhasedRegion> refined(regions.begin(), regions.end());
     for (int round = 0; round < 2 && agreeing(refined, phase) > 0; ++round) {
         phase = regress(refined, phase, order);
         refined = phase_by_flanks({regions.begin(), regions.end()}, pyramid, phase, order);
     }
     phase = regress(refined, phase, order);
+    if (is_noisy(regions, pyramid))
+        if (const auto sparse = phase_by_sparse_lines(spectrum, regions, phase, order)) return mean(phase, *sparse);
     const size_t points = pyramid[0].bins.size();
     const double scatter = mean_square(refined, points, [&](const PhasedRegion& region) {
         return std::min(std::abs(within_half_turn(region.phase - phase.at(region.place))), farthest);
@@ -231,7 +238,7 @@ std::optional<FoundPhase> find_phase(std::span<const Complex> spectrum, PhaseOrd
     const PhaseScore score(std::move(coarse), spectrum.size());
     PhaseLine best = choose(regions, score, pivot, order);
     if (agreeing(regions, best) > 0)
-        best = refine(regions, pyramid, best, pivot, order);
+        best = refine(spectrum, regions, pyramid, best, pivot, order);
     else
         best = minimise([&](const PhaseLine& phase) { return score.area(phase); }, best, pivot, order, 5 * degree, 60);
     if (upside_down(lines, spectrum.size(), score, best)) best.zero_order += pi;

@@ -36,16 +36,6 @@ double deviation(std::span<const Value> x) {
     return std::sqrt(std::max(rest, 0.0) / (2 * (n - 2)));
 }
 
-// Of sections a tenth is taken to be free of signals (after Golotvin and Williams, J. Magn. Reson. 146 (2000) 122).
-double noise_of(std::span<const Value> x) {
-    const size_t sections = std::clamp<size_t>(x.size() / 16, 4, 64), length = x.size() / sections;
-    std::vector<double> deviations(sections);
-    for (size_t i = 0; i < sections; ++i) deviations[i] = deviation(x.subspan(i * length, length));
-    const auto tenth = deviations.begin() + static_cast<std::ptrdiff_t>(sections / 10);
-    std::nth_element(deviations.begin(), tenth, deviations.end());
-    return *tenth;
-}
-
 // A peak stands this many times above the noise: of all bins, chance makes one peak as high in twenty spectra.
 double detection(const BinnedSpectrum& spectrum) { return std::sqrt(2 * std::log(20 * static_cast<double>(spectrum.bins.size()))); }
 
@@ -254,6 +244,15 @@ Line fit_alone(std::span<const Line> lines, const Line& line, std::span<const Bi
 }
 
 }  // namespace
+
+double noise_of(std::span<const std::complex<double>> x) {
+    const size_t sections = std::clamp<size_t>(x.size() / 16, 4, 64), length = x.size() / sections;
+    std::vector<double> deviations(sections);
+    for (size_t i = 0; i < sections; ++i) deviations[i] = deviation(x.subspan(i * length, length));
+    const auto tenth = deviations.begin() + static_cast<std::ptrdiff_t>(sections / 10);
+    std::nth_element(deviations.begin(), tenth, deviations.end());
+    return *tenth;
+}
 
 std::complex<double> Line::value(double x) const {
     const double off = (x - point) / half_width;

@@ -30,6 +30,10 @@ struct BinnedSpectrum {
 /// bins and the least noise. Points behind the last whole bin are left out.
 std::vector<BinnedSpectrum> bin_spectrum(std::span<const Complex> spectrum);
 
+/// Standard deviation of the real part where there is no signal: of sections a tenth is taken to be free (after Golotvin and
+/// Williams, J. Magn. Reson. 146 (2000) 122). At least 64 values.
+double noise_of(std::span<const std::complex<double>> x);
+
 /// What is smooth in the bins: running medians of both parts over a `part` of them.
 std::vector<std::complex<double>> smooth_level(std::span<const std::complex<double>> bins, size_t part = 64);
 

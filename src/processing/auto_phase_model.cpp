@@ -19,13 +19,10 @@ constexpr double settled = 0.03 * degree;
 constexpr int first_linear_sweep = 2;  // before it the smooth level is a median: many lines may still be missing
 constexpr double farthest_wing = 60;   // half widths to which a line is taken away from what stands beside it
 constexpr double reach = 25;           // half widths in which a line is fitted
-constexpr double narrowest = 1.5;      // half width, in bins, of the usual line in the bins that are fitted
 constexpr double width_spread = 0.35;  // of the logarithm: lines of one spectrum have widths alike
 constexpr double damping = 1e-3;
 // A line is left out when its height is less than this many times as large as the noise leaves it.
 constexpr double lost = 2;
-// Without a line this many times above the noise a spectrum is noisy; in others what is left is due to how real lines look.
-constexpr double noisy_below = 40;
 constexpr size_t most_lines = 24;     // of a region
 constexpr double level_spread = 0.1;  // of a straight level left below a part, in standard deviations of the noise
 constexpr size_t level_part = 64;     // the level of the whole is smooth over such a part of the spectrum
@@ -299,22 +296,6 @@ double floor_of(const Part& part, double usual_width) {
     return model_floor + wide_floor * excess / area;
 }
 
-// The half width of which half of what is known stands in narrower lines.
-double usual_width_of(std::span<const PhasedRegion> regions, double points) {
-    std::vector<std::pair<double, double>> widths;
-    double total = 0, sum = 0;
-    for (const PhasedRegion& region : regions)
-        if (!is_broad(region.lines[0], static_cast<size_t>(points)))
-            for (const Line& line : region.lines) {
-                widths.emplace_back(line.half_width, line.height * line.height * line.half_width);
-                total += widths.back().second;
-            }
-    std::sort(widths.begin(), widths.end());
-    for (const auto& [width, weight] : widths)
-        if ((sum += weight) >= total / 2) return width;
-    return 1;
-}
-
 std::vector<Part> parts_of(std::span<const PhasedRegion> regions, const Rest& rest, size_t points, const PhaseLine& near) {
     std::vector<Part> parts;
     const double width = rest.spectrum().width;
@@ -343,14 +324,9 @@ std::vector<KnownPhase> phase_by_model(std::span<const PhasedRegion> regions, st
                                        const PhaseLine& near, PhaseOrder order) {
     std::vector<KnownPhase> phases(regions.size(), unknown_phase);
     const size_t points = pyramid[0].bins.size();
-    double usual_width = usual_width_of(regions, static_cast<double>(points));
-    size_t level = 0;
-    while (level + 1 < pyramid.size() && usual_width >= narrowest * pyramid[level + 1].width) ++level;
-    usual_width /= pyramid[level].width;
-    double tallest = 0;
-    for (const PhasedRegion& region : regions)
-        for (const Line& line : region.lines) tallest = std::max(tallest, line.height);
-    Rest rest(pyramid[level], static_cast<double>(points), tallest < noisy_below * pyramid[level].noise);
+    const BinnedSpectrum& spectrum = bins_for_lines(regions, pyramid);
+    const double usual_width = usual_half_width(regions, points) / spectrum.width;
+    Rest rest(spectrum, static_cast<double>(points), is_noisy(regions, pyramid));
     std::vector<Part> parts = parts_of(regions, rest, points, near);
     if (std::none_of(parts.begin(), parts.end(), [](const Part& part) { return part.fitted; })) return phases;
 

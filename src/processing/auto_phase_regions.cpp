@@ -22,6 +22,8 @@ constexpr double strong = 100;       // of a region whose tallest line is less a
 constexpr double bins_to_edge = 8;   // from the middle of a region to where its wings begin
 constexpr double longest_wings = 8;  // end of the wings over their beginning
 constexpr double shortest_wings = 1.7;
+constexpr double narrowest = 1.5;   // half width, in bins, of the usual line in the bins that resolve it
+constexpr double noisy_below = 40;  // a spectrum whose tallest line is less above the noise
 
 struct Region {
     std::span<const Line> lines;
@@ -198,6 +200,35 @@ std::vector<PhasedRegion> phase_regions(std::span<const Line> lines, std::span<c
         phased.push_back(std::move(result));
     }
     return phased;
+}
+
+double usual_half_width(std::span<const PhasedRegion> regions, size_t points) {
+    std::vector<std::pair<double, double>> widths;
+    double total = 0, sum = 0;
+    for (const PhasedRegion& region : regions)
+        if (!is_broad(region.lines[0], points))
+            for (const Line& line : region.lines) {
+                widths.emplace_back(line.half_width, line.height * line.height * line.half_width);
+                total += widths.back().second;
+            }
+    std::sort(widths.begin(), widths.end());
+    for (const auto& [width, weight] : widths)
+        if ((sum += weight) >= total / 2) return width;
+    return 1;
+}
+
+const BinnedSpectrum& bins_for_lines(std::span<const PhasedRegion> regions, std::span<const BinnedSpectrum> pyramid) {
+    const double width = usual_half_width(regions, pyramid[0].bins.size());
+    size_t level = 0;
+    while (level + 1 < pyramid.size() && width >= narrowest * pyramid[level + 1].width) ++level;
+    return pyramid[level];
+}
+
+bool is_noisy(std::span<const PhasedRegion> regions, std::span<const BinnedSpectrum> pyramid) {
+    const double most = noisy_below * bins_for_lines(regions, pyramid).noise;
+    return std::all_of(regions.begin(), regions.end(), [&](const PhasedRegion& region) {
+        return std::all_of(region.lines.begin(), region.lines.end(), [&](const Line& line) { return line.height < most; });
+    });
 }
 
 }  // namespace zolt

@@ -33,6 +33,15 @@ struct PhaseLine {
     double at(double place) const { return zero_order + first_order * place; }
 };
 
+/// The half width, in points, of which half of what is known stands in narrower lines.
+double usual_half_width(std::span<const PhasedRegion> regions, size_t points);
+
+/// The widest bins that still resolve lines of the usual width.
+const BinnedSpectrum& bins_for_lines(std::span<const PhasedRegion> regions, std::span<const BinnedSpectrum> pyramid);
+
+/// No line stands far above the noise of these bins. In other spectra what no fit explains is due to how real lines look.
+bool is_noisy(std::span<const PhasedRegion> regions, std::span<const BinnedSpectrum> pyramid);
+
 /// Joins lines to regions. A region has the mean phase of its lines, or, where it is known better, that of its wings: beyond
 /// the lines a region is Z/(ix) + M2/x^2 + M3/x^3 over a straight background, and the phase of Z is that of the whole region
 /// whatever the shape of its lines (an inhomogeneous field turns the phase of fitted lines, not that of Z).

@@ -5,6 +5,7 @@
 #include <numbers>
 #include <random>
 
+#include "processing/auto_phase_sparse.h"
 #include "support.h"
 
 namespace zolt {
@@ -88,6 +89,40 @@ TEST_F(AutoPhaseTest, FindsThePhases) {
     load(conjugate, domain_complex, true);
     EXPECT_EQ(run("AutoPhase"), 1);
     EXPECT_LT(off(-40, -250, 0.2) + off(-40, -250, 0.8), 2) << "conjugate, and of another scale";
+}
+
+// Weak lines, seen from a phase that is some degrees off: both ends come back, whatever the signs, the sense and the length.
+TEST(SparseLines, LeadBackToThePhase) {
+    std::vector<Signal> weak, mixed;
+    for (int i = 0; i < 12; ++i) weak.push_back({0.15 + 0.06 * i + 0.004 * (i % 3), 3.0 + i % 2, 9.0 + i});
+    mixed = weak;
+    for (size_t i = 0; i < mixed.size(); i += 3) mixed[i].height *= -1;
+    const struct {
+        const char* name;
+        std::vector<Signal> signals;
+        size_t n;
+        double a, b, roll, off, off_first;
+        bool conjugate;
+    } rows[] = {{"positive", weak, 16384, 40, 120, 0, 4, -6, false},
+                {"rolling baseline", weak, 16384, -100, 60, 4, -4, 7, false},
+                {"both signs", mixed, 16384, 160, -200, 0, -3, -5, false},
+                {"the other sense", mixed, 16384, 40, 120, 0, 4, 6, true},
+                {"odd length", weak, 15001, 70, -30, 0, -4, 6, false}};
+    for (const auto& row : rows) {
+        Points x = turned_spectrum(row.signals, row.n, row.a, row.b, row.roll);
+        const double sense = row.conjugate ? -1 : 1;
+        if (row.conjugate)
+            for (Complex& point : x) point = std::conj(point);
+        const auto pyramid = bin_spectrum(x);
+        const auto lines = find_lines(pyramid);
+        const auto regions = phase_regions(lines, pyramid, x.size());
+        EXPECT_TRUE(is_noisy(regions, pyramid)) << row.name;
+        const PhaseLine truth{sense * row.a * degree, sense * row.b * degree};
+        const PhaseLine near{truth.zero_order + row.off * degree, truth.first_order + row.off_first * degree};
+        const auto found = phase_by_sparse_lines(x, regions, near, PhaseOrder::first);
+        ASSERT_TRUE(found) << row.name;
+        for (const double place : {0.15, 0.82}) EXPECT_NEAR(found->at(place), truth.at(place), 3 * degree) << row.name;
+    }
 }
 
 TEST_F(AutoPhaseTest, TurnsEveryVectorAsPcDoes) {
