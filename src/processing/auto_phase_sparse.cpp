@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <numbers>
 #include <vector>
@@ -97,9 +98,12 @@ public:
         const auto decayed = static_cast<size_t>(decay / (pi * width));
         end_ = std::min(spectrum.size(), decayed);
         if (end_ < fewest_points) return;
+        // Lines of hardly a point would take too many places.
+        const size_t most_places = 2 * std::bit_ceil(spectrum.size());
+        while (places_ <= most_places && (static_cast<double>(places_) * spacing * width < 1 || places_ < 2 * end_)) places_ *= 2;
+        if (places_ > most_places) return;
         const std::vector<Complex> fid = fid_of(spectrum, near, reversed_);
         if (fid.empty()) return;
-        while (static_cast<double>(places_) * spacing * width < 1 || places_ < 2 * end_) places_ *= 2;
         set_shapes(width);
         set_overlaps();
         choose_atoms(fid, static_cast<double>(spectrum.size() / 2) / points);
