@@ -328,8 +328,11 @@ void MainWindow::open_paths(const std::vector<std::string>& paths) {
     if (paths.empty()) return;
     const std::string word = file_facts(paths[0]).folder ? "IM" : "GA";
     if (paths[0].size() > longest || paths[0].find('"') != std::string::npos) {
-        platform_.answers.queue.push_front(paths[0]);
+        auto& answers = platform_.answers.queue;
+        const size_t before = answers.size();
+        answers.push_front(paths[0]);
         run(word, true);
+        if (answers.size() > before) answers.pop_front();  // refused before it asked
     } else {
         run(word + " \"" + paths[0] + "\"", true);
     }

@@ -325,6 +325,13 @@ TEST_F(WindowTest, DroppedFoldersAreImportedAndFilesOpened) {
     show = DataSet();
     drop(root_.path(deep));
     EXPECT_EQ(show.dims[0].points, 16);
+    // A sub-routine keeps its data, and the path answers no later question.
+    load_spectrum();
+    type("MH");
+    ASSERT_NE(session.sub_routine, nullptr);
+    drop(root_.path(deep));
+    EXPECT_EQ(show.dims[0].points, 1001);
+    EXPECT_TRUE(session.sub_routine != nullptr && front_.answers.queue.empty());
 }
 
 TEST_F(WindowTest, ClosingAsksAndLongWorkCanBeCancelled) {
