@@ -56,15 +56,14 @@ bool save_file_a() {
     const std::string path =
         show.file_a.empty() ? platform().file_dialog(FileChoice::save, "Save File A").value_or("") : show.file_a;
     if (path.empty() || !FileWrite(absolute_path(path), show)) return false;
-    show.changed = false;
-    annotations_saved(show);
+    mark_saved(show);
     return true;
 }
 
 }  // namespace
 
 bool may_close() {
-    if (!show.loaded || !(show.changed || annotations_unsaved(show))) return true;
+    if (!is_unsaved(show)) return true;
     if (show.dims[1].points > 1) {
         platform().message("ZOLT", Icon::exclamation, "2D file.\nSingle step save not possible!");
         return platform().question("ZOLT", "Leave without saving the changes?", Buttons::yes_no) == Answer::yes;

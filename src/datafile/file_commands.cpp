@@ -56,8 +56,7 @@ int save_slice(const std::string& path) {
             "Save File A", Icon::exclamation,
             "2D file in Non Arrayed Mode  ! !\n\nThe displayed file slice\nwill be saved as a 1D file\nusing a new name.\n");
     if (!may_save_as(path) || !FileWrite(path, show)) return 0;
-    show.changed = false;
-    annotations_saved(show);
+    mark_saved(show);
     if (!slice_only) show.file_a = path;
     return 1;
 }
@@ -84,8 +83,7 @@ int cmd_savefile(Arguments& args) {
     const std::string path = absolute_path(typed_path(name));
     if (CurrentArrayedLevel() == 0) return save_slice(path);
     if (save_arrayed(path) == 0) return 0;
-    show.changed = false;
-    annotations_saved(show);
+    mark_saved(show);
     return 1;
 }
 
@@ -97,7 +95,7 @@ int cmd_savefileb(Arguments& args) {
     if (name.empty()) return 0;
     const std::string path = absolute_path(typed_path(name));
     if (!may_replace(path) || !FileWrite(path, show_b)) return 0;
-    show_b.changed = false;
+    mark_saved(show_b);
     if (show_b.all_slices() == 1) show_b.file_a = path;
     show.file_b = path;
     return 1;

@@ -196,8 +196,14 @@ std::string annotations(const DataRecord& data) {
 
 void annotations_saved(DataRecord& data) { data.annotations_in_file = annotations(data); }
 
-bool annotations_unsaved(const DataRecord& data) {
-    return data.loaded && data.all_slices() == 1 && data.annotations_in_file != annotations(data);
+void mark_saved(DataRecord& data) {
+    data.changed = false;
+    annotations_saved(data);
+}
+
+bool is_unsaved(const DataRecord& data) {
+    if (!data.loaded || data.changed) return data.loaded;
+    return data.all_slices() == 1 && data.annotations_in_file != annotations(data);
 }
 
 void remove_section(std::string& tailer, std::string_view keyword, std::string_view end) {

@@ -32,10 +32,12 @@ std::string tailer_sections(const DataRecord& data);
 /// Those of them that a JCAMP-DXB header carries, with its prefixes.
 std::string header_sections(const DataRecord& data);
 
-/// Notes that the file has the annotations of now, and tells whether they differ from it. Of a single spectrum alone: those of
-/// a larger set follow the slices.
+/// Notes that the file has the annotations of now; the data, too.
 void annotations_saved(DataRecord& data);
-bool annotations_unsaved(const DataRecord& data);
+void mark_saved(DataRecord& data);
+/// A data set is there whose data or annotations differ from its file: those of a single spectrum alone, as those of a larger
+/// set follow the slices.
+bool is_unsaved(const DataRecord& data);
 
 /// Cuts every section of this keyword out of a tailer, from the keyword's line through that of its end.
 void remove_section(std::string& tailer, std::string_view keyword, std::string_view end);

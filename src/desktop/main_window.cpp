@@ -25,8 +25,8 @@
 #include "common/file.h"
 #include "common/keys.h"
 #include "common/text.h"
-#include "datafile/sections.h"
 #include "config/settings.h"
+#include "datafile/sections.h"
 #include "desktop/appearance.h"
 #include "desktop/command_bar.h"
 #include "desktop/icons.h"
@@ -304,7 +304,7 @@ void MainWindow::update_state() {
     slice_->setText(slices > 1 ? QString("Slice %1/%2").arg(zolt::show.slice + 1).arg(slices) : QString());
     process_->setText(zolt::show.loaded ? qt(zolt::show.process_type) : QString());
     const std::string name = zolt::show.loaded ? (zolt::show.file_a.empty() ? "(untitled)" : name_of(zolt::show.file_a)) : "";
-    setWindowTitle(name.empty() ? QString("ZOLT") : qt(name) + (zolt::show.changed || annotations_unsaved(zolt::show) ? "* \u2013 ZOLT" : " \u2013 ZOLT"));
+    setWindowTitle(name.empty() ? QString("ZOLT") : qt(name) + (is_unsaved(zolt::show) ? "* \u2013 ZOLT" : " \u2013 ZOLT"));
     const bool tools = setting_switch("TOOLBAR");
     if (tools_ != nullptr && tools_->isVisibleTo(this) != tools) tools_->setVisible(tools);
     update_items();

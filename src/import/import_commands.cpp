@@ -100,8 +100,7 @@ void commit(DataSet&& fresh) {
     keep_buffers(fresh);
     fresh.file_b = show.file_b;
     fresh.loaded = true;
-    fresh.changed = false;
-    annotations_saved(fresh);
+    mark_saved(fresh);
     show = std::move(fresh);
 }
 
@@ -232,8 +231,7 @@ int cmd_getfileb(Arguments& args) {
     if (open_file(args, "Open File B", may_replace_b, fresh) != 1) return 0;
     show_b = std::move(fresh);
     show_b.loaded = true;
-    show_b.changed = false;
-    annotations_saved(show_b);
+    mark_saved(show_b);
     show.file_b = show_b.file_a;
     report_file_b();
     return 1;

@@ -161,6 +161,10 @@ TEST_F(DispatcherTest, ClosingAsksAboutUnsavedAnnotations) {
         ASSERT_EQ(run("SA a.nat"), 1);
         platform_.questions.clear();
     }
+    // A file that was File B when it was saved, too.
+    for (const char* line : {"GB a.nat", "NO another note", "EXC", "SB a.nat", "EXC"})
+        ASSERT_NE(run(line), 0) << line << ": " << platform_.said();
+    platform_.questions.clear();
     run("EX");
     EXPECT_TRUE(platform_.questions.empty());
     EXPECT_EQ(platform_.closes, 1);

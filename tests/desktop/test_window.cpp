@@ -356,8 +356,7 @@ TEST_F(WindowTest, ClosingAsksAndLongWorkCanBeCancelled) {
 }
 
 TEST_F(WindowTest, DescribesFilesWithoutImportingThem) {
-    EXPECT_EQ(describe_data(test::examples() + "/strychnine_1h/10"),
-              describe_data(test::examples() + "/strychnine_1h/10/fid"));
+    EXPECT_EQ(describe_data(test::examples() + "/strychnine_1h/10"), describe_data(test::examples() + "/strychnine_1h/10/fid"));
     const std::string example = describe_data(test::examples() + "/strychnine_1h/10/fid");
     EXPECT_TRUE(example.find("\u00b9H \u00b7 400.13 MHz") != std::string::npos) << example;
     write_set("a.zolt", {16, 4, 1, 1}, [](DataSet& data) { data.dims[0].nucleus = "13C"; });
