@@ -180,11 +180,12 @@ PhaseLine mean(const PhaseLine& a, const PhaseLine& b) {
     return {(a.zero_order + b.zero_order) / 2, (a.first_order + b.first_order) / 2};
 }
 
-// The regression over the regions that agree with a phase, their own phases known better each time. Where strong regions do not
+// The regression over the regions that agree with a phase, their own phases known better each time. Where noise decides, the mean
+// of it and of a sum of few lines, which has other errors. Where strong regions do not
 // lie on a line the shapes of their lines are at fault, and the area, which asks for no shape, counts by how much they scatter;
 // the less the farther it is from them.
-PhaseLine refine(std::span<const Complex> spectrum, std::span<const PhasedRegion> regions, std::span<const BinnedSpectrum> pyramid,
-                 PhaseLine phase, double pivot, PhaseOrder order) {
+PhaseLine refine(std::span<const PhasedRegion> regions, std::span<const BinnedSpectrum> pyramid, PhaseLine phase, double pivot,
+                 PhaseOrder order) {
     std::vector<PhasedRegion> refined(regions.begin(), regions.end());
     for (int round = 0; round < 2 && agreeing(refined, phase) > 0; ++round) {
         phase = regress(refined, phase, order);
@@ -192,7 +193,7 @@ PhaseLine refine(std::span<const Complex> spectrum, std::span<const PhasedRegion
     }
     phase = regress(refined, phase, order);
     if (is_noisy(regions, pyramid))
-        if (const auto sparse = phase_by_sparse_lines(spectrum, regions, phase, order)) return mean(phase, *sparse);
+        if (const auto sparse = phase_by_sparse_lines(regions, pyramid, phase, order)) return mean(phase, *sparse);
     const size_t points = pyramid[0].bins.size();
     const double scatter = mean_square(refined, points, [&](const PhasedRegion& region) {
         return std::min(std::abs(within_half_turn(region.phase - phase.at(region.place))), farthest);
@@ -238,7 +239,7 @@ std::optional<FoundPhase> find_phase(std::span<const Complex> spectrum, PhaseOrd
     const PhaseScore score(std::move(coarse), spectrum.size());
     PhaseLine best = choose(regions, score, pivot, order);
     if (agreeing(regions, best) > 0)
-        best = refine(spectrum, regions, pyramid, best, pivot, order);
+        best = refine(regions, pyramid, best, pivot, order);
     else
         best = minimise([&](const PhaseLine& phase) { return score.area(phase); }, best, pivot, order, 5 * degree, 60);
     if (upside_down(lines, spectrum.size(), score, best)) best.zero_order += pi;

@@ -19,7 +19,7 @@ struct FoundPhase {
 /// regression over frequency (after Zorin, Bernstein, Cobas, Magn. Reson. Chem. 55 (2017) 738), the smallest entropy and the
 /// least negative area give candidates, each tried with half a turn more as well; the best by one common measure is refined by
 /// the regions that agree with it, or by the measure where there are none, or by both where strong regions contradict each
-/// other. The first order stays within three turns. Nothing when there is no signal, a value that is not finite, or fewer than
+/// other; in noisy spectra also by a sum of few lines. The first order stays within three turns. Nothing when there is no signal, a value that is not finite, or fewer than
 /// 64 points. The result depends on the data alone, not on their scale.
 std::optional<FoundPhase> find_phase(std::span<const Complex> spectrum, PhaseOrder order);
 

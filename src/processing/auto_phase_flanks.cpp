@@ -113,33 +113,14 @@ KnownPhase phase_of_flanks(const PhasedRegion& region, const FlankedSpectrum& fl
     return {phase, part.variance + flanks_floor * flanks_floor};
 }
 
-// The mean of what agrees: where one is far from the others, it is left out.
-KnownPhase agreed(std::span<KnownPhase> parts) {
-    const auto mean = [&](const KnownPhase& reference) {
-        double weights = 0, sum = 0;
-        for (const KnownPhase& part : parts) {
-            weights += 1 / part.variance;
-            sum += std::remainder(part.phase - reference.phase, pi) / part.variance;
-        }
-        return KnownPhase{reference.phase + sum / weights, 1 / weights};
-    };
-    const auto surest =
-        *std::min_element(parts.begin(), parts.end(), [](const auto& a, const auto& b) { return a.variance < b.variance; });
-    KnownPhase result = mean(surest);
-    double largest = 0;
-    KnownPhase* farthest = nullptr;
-    for (KnownPhase& part : parts) {
-        const double off = std::pow(std::remainder(part.phase - result.phase, pi), 2) / part.variance;
-        if (off > largest) {
-            largest = off;
-            farthest = &part;
-        }
-    }
-    if (largest < 4) return {result.phase, surest.variance};
-    farthest->variance = 1e6;
-    result = mean(surest);
-    result.variance *= 2;
-    return result;
+// The weighted mean of two that agree; the surer one of two that do not, which is less sure then.
+KnownPhase agreed(const KnownPhase& a, const KnownPhase& b) {
+    const auto& [surer, other] =
+        std::minmax(a, b, [](const KnownPhase& one, const KnownPhase& two) { return one.variance < two.variance; });
+    const double apart = std::remainder(other.phase - surer.phase, pi), both = surer.variance + other.variance;
+    // The less sure one is off the mean by all of this, the surer one by less of its own deviation.
+    if (apart * apart * other.variance >= 4 * both * both) return {surer.phase, 2 * surer.variance};
+    return {surer.phase + apart * surer.variance / both, surer.variance};
 }
 
 }  // namespace
@@ -155,9 +136,7 @@ std::vector<PhasedRegion> phase_by_flanks(std::vector<PhasedRegion> regions, std
         if (is_broad(region.lines[0], spectrum.bins.size())) {
             best = {region.phase, region.variance * broad_doubt};
         } else if (region.strong) {
-            std::array<KnownPhase, 2> parts = {KnownPhase{region.phase, region.variance},
-                                               phase_of_flanks(region, flanked, spectrum, near)};
-            best = agreed(parts);
+            best = agreed({region.phase, region.variance}, phase_of_flanks(region, flanked, spectrum, near));
         }
         region.phase = best.phase;
         region.variance = best.variance;

@@ -46,30 +46,22 @@ struct Part {
 // The spectrum turned back by a phase, less all lines and what is smooth below them.
 class Rest {
 public:
-    Rest(const BinnedSpectrum& spectrum, double points, bool noisy) : spectrum_(spectrum), points_(points), noisy_(noisy) {}
+    Rest(const BinnedSpectrum& spectrum, size_t points, bool noisy) : spectrum_(spectrum), points_(points), noisy_(noisy) {}
 
     const BinnedSpectrum& spectrum() const { return spectrum_; }
     // How many times as large as the noise leaves it the height of a line is that is added.
     double seen() const { return noisy_ ? 3.5 : 5; }
-    double place(double bin) const { return spectrum_.point(bin) / points_; }
     Value operator[](size_t i) const { return rest_[i]; }
 
     void turn(const PhaseLine& phase, std::span<const Part> parts, int sweep) {
-        const size_t n = spectrum_.bins.size();
-        rest_.resize(n);
-        Value turned = std::polar(1.0, -phase.at(place(0)));
-        const Value step = std::polar(1.0, -phase.first_order * spectrum_.width / points_);
-        for (size_t i = 0; i < n; ++i) {
-            rest_[i] = times(spectrum_.bins[i], turned);
-            turned = times(turned, step);
-        }
+        rest_ = turned_back(spectrum_, points_, phase);
         for (const Part& part : parts)
             for (const Line& line : part.lines) take_away(line);
         if (noisy_ && sweep >= first_linear_sweep)
             level_ = running_mean();
         else if (sweep % 3 == 0)
             level_ = smooth_level(rest_);
-        for (size_t i = 0; i < n; ++i) rest_[i] -= level_[i];
+        for (size_t i = 0; i < rest_.size(); ++i) rest_[i] -= level_[i];
     }
     void take_away(const Line& line) {
         const double wing =
@@ -104,7 +96,7 @@ private:
     }
 
     const BinnedSpectrum& spectrum_;
-    double points_;
+    size_t points_;
     bool noisy_;
     std::vector<Value> rest_, level_;
 };
@@ -326,7 +318,7 @@ std::vector<KnownPhase> phase_by_model(std::span<const PhasedRegion> regions, st
     const size_t points = pyramid[0].bins.size();
     const BinnedSpectrum& spectrum = bins_for_lines(regions, pyramid);
     const double usual_width = usual_half_width(regions, points) / spectrum.width;
-    Rest rest(spectrum, static_cast<double>(points), is_noisy(regions, pyramid));
+    Rest rest(spectrum, points, is_noisy(regions, pyramid));
     std::vector<Part> parts = parts_of(regions, rest, points, near);
     if (std::none_of(parts.begin(), parts.end(), [](const Part& part) { return part.fitted; })) return phases;
 

@@ -231,4 +231,16 @@ bool is_noisy(std::span<const PhasedRegion> regions, std::span<const BinnedSpect
     });
 }
 
+std::vector<std::complex<double>> turned_back(const BinnedSpectrum& bins, size_t points, const PhaseLine& phase) {
+    const auto whole = static_cast<double>(points);
+    std::vector<Value> turned(bins.bins);
+    Value turn = std::polar(1.0, -phase.at(bins.point(0) / whole));
+    const Value step = std::polar(1.0, -phase.first_order * bins.width / whole);
+    for (Value& bin : turned) {
+        bin = times(bin, turn);
+        turn = times(turn, step);
+    }
+    return turned;
+}
+
 }  // namespace zolt

@@ -42,6 +42,9 @@ const BinnedSpectrum& bins_for_lines(std::span<const PhasedRegion> regions, std:
 /// No line stands far above the noise of these bins. In other spectra what no fit explains is due to how real lines look.
 bool is_noisy(std::span<const PhasedRegion> regions, std::span<const BinnedSpectrum> pyramid);
 
+/// The bins turned back by a phase; the whole spectrum has so many points.
+std::vector<std::complex<double>> turned_back(const BinnedSpectrum& bins, size_t points, const PhaseLine& phase);
+
 /// Joins lines to regions. A region has the mean phase of its lines, or, where it is known better, that of its wings: beyond
 /// the lines a region is Z/(ix) + M2/x^2 + M3/x^3 over a straight background, and the phase of Z is that of the whole region
 /// whatever the shape of its lines (an inhomogeneous field turns the phase of fitted lines, not that of Z).

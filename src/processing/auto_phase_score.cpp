@@ -93,11 +93,10 @@ double PhaseScore::negative(const PhaseLine& phase) const {
 BinnedSpectrum level_at_phase(const BinnedSpectrum& bins, size_t points, const PhaseLine& phase) {
     BinnedSpectrum result = bins;
     std::vector<double> real, imag;
-    for (size_t i = 0; i < bins.bins.size(); ++i) {
-        const double turn = phase.at(bins.point(static_cast<double>(i)) / static_cast<double>(points));
-        result.bins[i] = times(bins.bins[i], std::polar(1.0, -turn));
-        real.push_back(result.bins[i].real());
-        imag.push_back(result.bins[i].imag());
+    result.bins = turned_back(bins, points, phase);
+    for (const auto& bin : result.bins) {
+        real.push_back(bin.real());
+        imag.push_back(bin.imag());
     }
     const size_t window = std::max<size_t>(real.size() / level_parts, 1);
     real = running_medians(real, window);

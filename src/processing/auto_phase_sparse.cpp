@@ -11,6 +11,7 @@
 
 #include "common/vectorised.h"
 #include "processing/fft.h"
+#include "processing/phase.h"
 
 namespace zolt {
 
@@ -63,15 +64,11 @@ struct Atom {
 };
 
 // The FID of the spectrum turned back by a phase; that of the other sense of the imaginary part is conjugated.
-std::vector<Complex> fid_of(std::span<const Complex> spectrum, const PhaseLine& phase, bool reversed) {
-    std::vector<Complex> fid(spectrum.begin(), spectrum.end());
-    Value turned = std::polar(1.0, -phase.zero_order);
-    const Value step = std::polar(1.0, -phase.first_order / static_cast<double>(fid.size()));
-    for (Complex& point : fid) {
-        const Value value = times(point, turned);
-        point = Complex(reversed ? std::conj(value) : value);
-        turned = times(turned, step);
-    }
+std::vector<Complex> fid_of(const BinnedSpectrum& spectrum, const PhaseLine& phase, bool reversed) {
+    std::vector<Complex> fid(spectrum.bins.begin(), spectrum.bins.end());
+    rotate(fid, Rotation(phase.zero_order, phase.first_order, 0, 0, fid.size()));
+    if (reversed)
+        for (Complex& point : fid) point = std::conj(point);
     std::rotate(fid.begin(), fid.begin() + static_cast<std::ptrdiff_t>(fid.size() / 2), fid.end());
     if (!float_fft_4_2(fid.data(), fid.size(), 1)) fid.clear();
     return fid;
@@ -83,9 +80,10 @@ ZOLT_VECTORISED void take_away(float* from, const float* form, float height, siz
 
 class SparseFit {
 public:
-    SparseFit(std::span<const Complex> spectrum, std::span<const PhasedRegion> regions, const PhaseLine& near)
+    SparseFit(std::span<const PhasedRegion> regions, const BinnedSpectrum& spectrum, const PhaseLine& near)
         : regions_(regions), reversed_(regions[0].lines[0].reversed) {
-        const auto points = static_cast<double>(spectrum.size());
+        const size_t n = spectrum.bins.size();
+        const auto points = static_cast<double>(n);
         for (const PhasedRegion& region : regions) {
             first_ = std::min(first_, region.lines.front().point / points);
             last_ = std::max(last_, region.lines.back().point / points);
@@ -94,19 +92,19 @@ public:
                 area += line.height * line.half_width * std::cos(line.phase - near.at(line.point / points));
             signs_.push_back(area < 0 ? -1 : 1);
         }
-        const double width = 2 * usual_half_width(regions, spectrum.size()) / points;
+        const double width = 2 * usual_half_width(regions, n) / points;
         const auto decayed = static_cast<size_t>(decay / (pi * width));
-        end_ = std::min(spectrum.size(), decayed);
+        end_ = std::min(n, decayed);
         if (end_ < fewest_points) return;
         // Lines of hardly a point would take too many places.
-        const size_t most_places = 2 * std::bit_ceil(spectrum.size());
+        const size_t most_places = 2 * std::bit_ceil(n);
         while (places_ <= most_places && (static_cast<double>(places_) * spacing * width < 1 || places_ < 2 * end_)) places_ *= 2;
         if (places_ > most_places) return;
         const std::vector<Complex> fid = fid_of(spectrum, near, reversed_);
         if (fid.empty()) return;
         set_shapes(width);
         set_overlaps();
-        choose_atoms(fid, static_cast<double>(spectrum.size() / 2) / points);
+        choose_atoms(fid, static_cast<double>(n / 2) / points);
     }
 
     bool ready() const { return !atoms_.empty(); }
@@ -305,9 +303,9 @@ struct Curvature {
 
 }  // namespace
 
-std::optional<PhaseLine> phase_by_sparse_lines(std::span<const Complex> spectrum, std::span<const PhasedRegion> regions,
+std::optional<PhaseLine> phase_by_sparse_lines(std::span<const PhasedRegion> regions, std::span<const BinnedSpectrum> pyramid,
                                                const PhaseLine& near, PhaseOrder order) {
-    SparseFit fit(spectrum, regions, near);
+    SparseFit fit(regions, pyramid[0], near);
     if (!fit.ready()) return std::nullopt;
     // Newton's steps; how the slopes change is seen once, from where they are a little further on.
     const double first_change = first_step / fit.span();

@@ -119,7 +119,7 @@ TEST(SparseLines, LeadBackToThePhase) {
         EXPECT_TRUE(is_noisy(regions, pyramid)) << row.name;
         const PhaseLine truth{sense * row.a * degree, sense * row.b * degree};
         const PhaseLine near{truth.zero_order + row.off * degree, truth.first_order + row.off_first * degree};
-        const auto found = phase_by_sparse_lines(x, regions, near, PhaseOrder::first);
+        const auto found = phase_by_sparse_lines(regions, pyramid, near, PhaseOrder::first);
         ASSERT_TRUE(found) << row.name;
         for (const double place : {0.15, 0.82}) EXPECT_NEAR(found->at(place), truth.at(place), 3 * degree) << row.name;
     }
