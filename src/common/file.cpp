@@ -188,10 +188,6 @@ int open_named(std::string& name) {
     return -1;
 }
 
-}  // namespace
-
-namespace {
-
 // Gives back the blocks of replaced files. Never destroyed: the end of the program need not wait for it.
 std::thread& giving_back() {
     static std::thread& thread = *new std::thread;

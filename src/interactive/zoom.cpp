@@ -52,13 +52,10 @@ const SubRoutine zoom = {
     "ZO", "ZO:  + in   - out   L R move   U D height   F full   0-9 stored region   Enter keeps   Esc takes back", zoom_key};
 
 bool zoom_key(int character) {
-    bool known = false;
-    if (character >= '0' && character <= '9') {
-        known = true;
-        if (recall_zoom_region(character - '0') == 0) platform().beep();
-    }
-    if (!act_on_key(keys, character) && !known) return false;
-    if (session.sub_routine == &zoom && !(character >= '0' && character <= '9')) platform().reply(zoom.keys);
+    const bool region = character >= '0' && character <= '9';
+    if (region && recall_zoom_region(character - '0') == 0) platform().beep();
+    if (!region && !act_on_key(keys, character)) return false;
+    if (session.sub_routine == &zoom && !region) platform().reply(zoom.keys);
     platform().redraw();
     return true;
 }

@@ -62,35 +62,37 @@ inline __attribute__((always_inline)) void transpose_square(const Complex* from,
     std::memcpy(static_cast<void*>(to + 3 * to_step), &d, sizeof d);
 }
 
-// The first `count` points of `rows` rows go to the first `rows` points of `count` columns, row by row; the steps lead from one
-// row, and from one column, to the next.
-ZOLT_VECTORISED void rows_to_columns(const Complex* from, size_t row_step, size_t rows, size_t count, Complex* to,
-                                     size_t column_step) {
+enum class Way { rows_to_columns, columns_to_rows };
+
+// Points r, c of `rows` rows and `count` columns: rows lie row_step apart, columns column_step. Both ways go row by row, since
+// rows are what lies far apart.
+template <Way way>
+inline __attribute__((always_inline)) void transpose(const Complex* from, Complex* to, size_t row_step, size_t column_step,
+                                                     size_t rows, size_t count) {
+    const size_t from_step = way == Way::rows_to_columns ? row_step : column_step;
+    const size_t to_step = way == Way::rows_to_columns ? column_step : row_step;
+    const auto place = [](size_t r, size_t c, size_t step) { return way == Way::rows_to_columns ? r * step + c : c * step + r; };
+    const auto target = [](size_t r, size_t c, size_t step) { return way == Way::rows_to_columns ? c * step + r : r * step + c; };
     size_t r = 0;
     for (; r + side <= rows; r += side) {
         size_t c = 0;
         for (; c + side <= count; c += side)
-            transpose_square(from + r * row_step + c, row_step, to + c * column_step + r, column_step);
+            transpose_square(from + place(r, c, from_step), from_step, to + target(r, c, to_step), to_step);
         for (; c < count; ++c)
-            for (size_t i = r; i < r + side; ++i) to[c * column_step + i] = from[i * row_step + c];
+            for (size_t i = r; i < r + side; ++i) to[target(i, c, to_step)] = from[place(i, c, from_step)];
     }
     for (; r < rows; ++r)
-        for (size_t c = 0; c < count; ++c) to[c * column_step + r] = from[r * row_step + c];
+        for (size_t c = 0; c < count; ++c) to[target(r, c, to_step)] = from[place(r, c, from_step)];
 }
 
-// The way back, in the same order of places.
+ZOLT_VECTORISED void rows_to_columns(const Complex* from, size_t row_step, size_t rows, size_t count, Complex* to,
+                                     size_t column_step) {
+    transpose<Way::rows_to_columns>(from, to, row_step, column_step, rows, count);
+}
+
 ZOLT_VECTORISED void columns_to_rows(const Complex* from, size_t column_step, size_t rows, size_t count, Complex* to,
                                      size_t row_step) {
-    size_t r = 0;
-    for (; r + side <= rows; r += side) {
-        size_t c = 0;
-        for (; c + side <= count; c += side)
-            transpose_square(from + c * column_step + r, column_step, to + r * row_step + c, row_step);
-        for (; c < count; ++c)
-            for (size_t i = r; i < r + side; ++i) to[i * row_step + c] = from[c * column_step + i];
-    }
-    for (; r < rows; ++r)
-        for (size_t c = 0; c < count; ++c) to[r * row_step + c] = from[c * column_step + r];
+    transpose<Way::columns_to_rows>(from, to, row_step, column_step, rows, count);
 }
 
 // The columns [first, first + count) of one family of the store, on their way through `columns`.
